@@ -1,0 +1,68 @@
+#include "app/content_view.h"
+
+#include <chrono>
+#include <utility>
+
+#include "app/website_base_url.h"
+#include "hardware/hardware_detector.h"
+#include "platform/application.h"
+#include "platform/dispatch.h"
+#include "platform/log.h"
+
+using namespace platform;
+
+namespace {
+
+// Long enough to read that it went well and to see the browser come up.
+constexpr std::chrono::milliseconds quitDelay{2000};
+
+}  // namespace
+
+ContentView::ContentView()
+    : websiteUrl(std::string(websiteBaseUrl())),
+      detectedHardware(std::nullopt),
+      isDetecting(false),
+      isSending(false),
+      statusMessage(""),
+      statusType(StatusType::info) {}
+
+void ContentView::showStatus(StatusType type, const std::string& message) const {
+    statusMessage.set(message);
+    statusType.set(type);
+}
+
+void ContentView::detectHardware() const {
+    isDetecting.set(true);
+    statusMessage.set("");
+    userInitiatedQueue::async([view = *this] {
+        mainQueue::async([view, hardware = HardwareDetector::detect()] {
+            view.detectedHardware.set(hardware);
+            view.isDetecting.set(false);
+            view.showStatus(StatusType::success, "Hardware detected successfully!");
+        });
+    });
+}
+
+void ContentView::sendToWebsite() const {
+    const std::optional<HardwareInfo> hardware = detectedHardware.get();
+    if (!hardware) return;
+    isSending.set(true);
+    showStatus(StatusType::info, "Sending hardware data...");
+    userInitiatedQueue::async([view = *this, record = *hardware] {
+        // The address is read now, not at the press: what was typed until now counts.
+        const bool succeeded = HardwareDetector::sendToWebsite(view.websiteUrl.get(), record);
+        mainQueue::async([view, succeeded] { view.finishSending(succeeded); });
+    });
+}
+
+void ContentView::finishSending(bool succeeded) const {
+    isSending.set(false);
+    if (succeeded) {
+        showStatus(StatusType::success, "Hardware data sent successfully! Opening website...");
+        // Nothing takes this back, not even another press of the button in the meantime.
+        mainQueue::asyncAfter(quitDelay, [] { application::terminate(); });
+    } else {
+        showStatus(StatusType::error, "Error: Failed to send hardware data. Check the console for details.");
+        log("❌ Failed to send hardware data. Check the console output above for details.");
+    }
+}

@@ -1,0 +1,12 @@
+#include "app/hardware_detector_app.h"
+
+#include "app/content_view.h"
+#include "platform/application.h"
+
+platform::WindowGroup HardwareDetectorApp::body() const {
+    return {.name = "Hardware Detector", .width = 600, .height = 500, .body = [view = ContentView()] {
+                return view.body();
+            }};
+}
+
+void HardwareDetectorApp::main() { platform::application::run(HardwareDetectorApp().body()); }

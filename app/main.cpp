@@ -1,0 +1,3 @@
+#include "app/hardware_detector_app.h"
+
+int main() { HardwareDetectorApp::main(); }

@@ -1,0 +1,83 @@
+#include <cstdint>
+#include <string_view>
+
+#include "hardware/hardware_detector.h"
+#include "platform/text.h"
+
+namespace {
+
+constexpr std::int64_t bytesPerGigabyte = std::int64_t{1} << 30;
+
+// What a machine is taken for until a command tells better.
+HardwareInfo startingValues() {
+    return HardwareInfo(/*os=*/"macOS", /*processor=*/"Unknown", /*graphicsCard=*/"Unknown", /*ramGB=*/8,
+                        /*ramType=*/"DDR4", /*ramFrequency=*/2666, /*storageGB=*/512, /*storageType=*/"SSD",
+                        /*directxVersion=*/"Not Applicable", /*gpuMemory=*/4);
+}
+
+// The value on the first line that `pattern` matches: what follows the last colon of the match, so that of a value with
+// colons of its own only the end is kept.
+std::optional<std::string> labelledValue(std::string_view pattern, const std::string& overview) {
+    const std::optional<std::string> match = platform::firstMatch(pattern, overview);
+    if (!match) return std::nullopt;
+    return std::string(platform::trimmedOfWhitespace(platform::piecesOf(*match, ':').back()));
+}
+
+std::string processorFrom(const std::string& brandString) {
+    return std::string(platform::trimmedOfWhitespaceAndNewlines(brandString));
+}
+
+// On Apple's own chips the brand string names the family at best; the overview knows the chip.
+bool asksForTheChip(const std::string& processor) {
+    return processor.empty() || processor.find("Apple") != std::string::npos;
+}
+
+std::optional<std::string> chipFrom(const std::string& overview) { return labelledValue("Chip:\\s*(.+)", overview); }
+
+std::optional<std::int64_t> ramGBFrom(const std::string& memorySize) {
+    const std::optional<std::int64_t> bytes =
+        platform::integerFrom(platform::trimmedOfWhitespaceAndNewlines(memorySize));
+    if (!bytes) return std::nullopt;
+    return *bytes / bytesPerGigabyte;
+}
+
+std::optional<std::string> graphicsCardFrom(const std::string& overview) {
+    if (auto chipset = labelledValue("Chipset Model:\\s*(.+)", overview)) return chipset;
+    return labelledValue("Model:\\s*(.+)", overview);
+}
+
+// The size column of the line below the header, when it is a whole number with or without "G": "466Gi", "1.8T" and
+// "2.0G" are none.
+std::optional<std::int64_t> storageGBFrom(const std::string& diskUsage) {
+    const std::vector<std::string_view> lines = platform::piecesOf(diskUsage, '\n');
+    if (lines.size() < 2) return std::nullopt;
+    const std::vector<std::string_view> columns = platform::columnsOf(lines[1]);
+    if (columns.size() < 2) return std::nullopt;
+    std::string size(columns[1]);
+    std::erase(size, 'G');
+    return platform::integerFrom(size);
+}
+
+}  // namespace
+
+HardwareInfo HardwareDetector::detect() {
+    HardwareInfo info = startingValues();
+
+    if (const auto brandString = runCommand("/usr/sbin/sysctl", {"-n", "machdep.cpu.brand_string"})) {
+        info.processor = processorFrom(*brandString);
+    }
+    if (asksForTheChip(info.processor)) {
+        const auto overview = runCommand("/usr/sbin/system_profiler", {"SPHardwareDataType"});
+        if (const auto chip = overview ? chipFrom(*overview) : std::nullopt) info.processor = *chip;
+    }
+    if (const auto memorySize = runCommand("/usr/sbin/sysctl", {"-n", "hw.memsize"})) {
+        info.ramGB = ramGBFrom(*memorySize).value_or(info.ramGB);
+    }
+    if (const auto overview = runCommand("/usr/sbin/system_profiler", {"SPDisplaysDataType"})) {
+        info.graphicsCard = graphicsCardFrom(*overview).value_or(info.graphicsCard);
+    }
+    if (const auto diskUsage = runCommand("/bin/df", {"-h", "/"})) {
+        info.storageGB = storageGBFrom(*diskUsage).value_or(info.storageGB);
+    }
+    return info;
+}

@@ -1,0 +1,55 @@
+// Local dates by ICU, which alone of the libraries at hand knows the user's calendar and digits.
+#include <unicode/udat.h>
+#include <unicode/uloc.h>
+#include <unicode/unistr.h>
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/date.h"
+
+namespace platform {
+
+namespace {
+
+// The variable that governs dates, in the order of locale(7). ICU by itself would ask the one for messages.
+std::string environmentLocale() {
+    for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value != nullptr && *value != '\0') return value;
+    }
+    return "C";
+}
+
+// "th_TH.UTF-8" names a locale and an encoding; ICU wants the former.
+std::string dateLocale() {
+    std::string name = environmentLocale();
+    const std::size_t encoding = name.find('.');
+    if (encoding != std::string::npos) name.erase(encoding, name.find('@', encoding) - encoding);
+    std::array<char, ULOC_FULLNAME_CAPACITY> canonical{};
+    UErrorCode error = U_ZERO_ERROR;
+    uloc_canonicalize(name.c_str(), canonical.data(), canonical.size() - 1, &error);
+    return U_SUCCESS(error) ? canonical.data() : "en_US_POSIX";
+}
+
+}  // namespace
+
+std::string currentDate(const std::string& pattern) {
+    const icu::UnicodeString format = icu::UnicodeString::fromUTF8(pattern);
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UDateFormat, void (*)(UDateFormat*)> formatter(
+        udat_open(UDAT_PATTERN, UDAT_PATTERN, dateLocale().c_str(), nullptr, -1, format.getBuffer(), format.length(),
+                  &error),
+        [](UDateFormat* opened) { udat_close(opened); });
+    if (U_FAILURE(error)) return {};
+
+    std::array<char16_t, 128> text{};
+    const int32_t length =
+        udat_format(formatter.get(), ucal_getNow(), text.data(), static_cast<int32_t>(text.size()), nullptr, &error);
+    if (U_FAILURE(error)) return {};
+    std::string date;
+    return icu::UnicodeString(text.data(), length).toUTF8String(date);
+}
+
+}  // namespace platform

@@ -1,0 +1,54 @@
+// The value's own rules; reading and writing bytes is the back end's: boost/json_boost.cpp.
+#include "platform/json.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+// Both bounds are exact as doubles; the upper one is the first value too large.
+constexpr double smallestInteger = -9223372036854775808.0;
+constexpr double beyondLargestInteger = 9223372036854775808.0;
+
+}  // namespace
+
+JsonObject::JsonObject(std::initializer_list<std::pair<std::string, JsonValue>> members) {
+    for (const auto& [key, value] : members) add(key, value);
+}
+
+const JsonValue* JsonObject::find(std::string_view key) const {
+    const auto member = std::find_if(members_.begin(), members_.end(), [key](const auto& m) { return m.first == key; });
+    return member == members_.end() ? nullptr : &member->second;
+}
+
+void JsonObject::add(std::string key, JsonValue value) { members_.emplace_back(std::move(key), std::move(value)); }
+
+std::optional<bool> JsonValue::asBool() const {
+    if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean;
+    const std::optional<std::int64_t> integer = asInteger();
+    if (integer == 0) return false;
+    if (integer == 1) return true;
+    return std::nullopt;
+}
+
+std::optional<std::int64_t> JsonValue::asInteger() const {
+    if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean ? 1 : 0;
+    if (const auto* integer = std::get_if<std::int64_t>(&content_)) return *integer;
+    const auto* number = std::get_if<double>(&content_);
+    if (number == nullptr || std::trunc(*number) != *number) return std::nullopt;
+    if (*number < smallestInteger || *number >= beyondLargestInteger) return std::nullopt;
+    return static_cast<std::int64_t>(*number);
+}
+
+const std::string* JsonValue::asString() const { return std::get_if<std::string>(&content_); }
+
+std::optional<JsonObject> jsonObjectFrom(std::string_view bytes) {
+    const std::optional<JsonValue> value = jsonValueFrom(bytes);
+    const JsonObject* object = value ? std::get_if<JsonObject>(&value->content()) : nullptr;
+    if (object == nullptr) return std::nullopt;
+    return *object;
+}
+
+}  // namespace platform

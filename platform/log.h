@@ -1,0 +1,12 @@
+// The diagnostic log: standard output.
+#pragma once
+
+#include <string_view>
+
+namespace platform {
+
+// Writes `message` and a line feed to standard output, flushed before it returns. Lines from several threads never mix.
+// A standard output that is closed or full loses the line and nothing else. Safe from any thread.
+void log(std::string_view message);
+
+}  // namespace platform

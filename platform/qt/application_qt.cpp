@@ -1,0 +1,32 @@
+// The application on Qt's event loop.
+#include "platform/application.h"
+
+#include <unistd.h>
+
+#include <QApplication>
+
+#include "platform/qt/widgets/action_button.h"
+#include "platform/qt/window_qt.h"
+
+namespace platform {
+
+void application::run(const WindowGroup& scene) {
+    // The program takes no arguments, and so neither does the toolkit.
+    int argumentCount = 1;
+    char name[] = "hardware-detector";
+    char* arguments[] = {name, nullptr};
+    QApplication toolkit(argumentCount, arguments);
+    QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
+    installActionButtonAccessibility();
+
+    Window window(scene);
+    window.show();
+    window.activateWindow();
+    QApplication::exec();
+    // Not through exit(): that would take down what requests and commands under way are still using.
+    _exit(0);
+}
+
+void application::terminate() { QCoreApplication::exit(0); }
+
+}  // namespace platform

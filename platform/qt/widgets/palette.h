@@ -1,0 +1,18 @@
+// The named colours and fonts of ui.h as the toolkit has them.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+#include "platform/ui.h"
+
+namespace platform {
+
+// Light or dark after the window background of `palette`, which follows the desktop's appearance.
+[[nodiscard]] QColor toolkitColor(Color color, const QPalette& palette);
+
+// The system's own font in the style's size, in logical pixels.
+[[nodiscard]] QFont toolkitFont(TextStyle style, std::optional<Weight> weight);
+
+}  // namespace platform

@@ -1,0 +1,84 @@
+#include "platform/qt/window_qt.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace platform {
+
+Window::Window(const WindowGroup& scene)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
+      body_(scene.body),
+      shown_(body_()),
+      rendered_(shown_, this, {}) {
+    setWindowTitle(QString::fromStdString(scene.name));
+    setFixedSize(scene.width, scene.height);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(rendered_.widget());
+
+    // On macOS the toolkit takes Ctrl for Cmd.
+    for (const Qt::Key key : {Qt::Key_Q, Qt::Key_W}) {
+        connect(new QShortcut(QKeySequence(Qt::CTRL | key), this), &QShortcut::activated, this, &QWidget::close);
+    }
+}
+
+void Window::renderSoon() {
+    if (std::exchange(rendersSoon_, true)) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (rendersSoon_) renderNow();
+        },
+        Qt::QueuedConnection);
+}
+
+void Window::renderNow() {
+    rendersSoon_ = false;
+    shown_ = body_();
+    rendered_.update(shown_, {});
+}
+
+bool Window::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    // By now the frame has been handed over to the window system; what the hook blocks, it blocks with the window there
+    // to be seen. It runs by itself, outside of the painting.
+    if (event->type() == QEvent::UpdateRequest && std::exchange(appearsWithNextFrame_, false)) {
+        QMetaObject::invokeMethod(this, [this] { appear(); }, Qt::QueuedConnection);
+    }
+    return handled;
+}
+
+void Window::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (event->spontaneous()) return;  // Back from the task bar: it has been on screen all along.
+    appearsWithNextFrame_ = true;
+    update();
+}
+
+void Window::appear() {
+    for (const Modifier& modifier : shown_.modifiers()) {
+        if (const auto* hook = std::get_if<OnAppear>(&modifier)) hook->action();
+    }
+}
+
+void Window::closeEvent(QCloseEvent* event) {
+    event->accept();
+    QCoreApplication::exit(0);
+}
+
+// Only presses that no element wanted come here: those on the background.
+void Window::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    if (windowHandle()->startSystemMove()) return;
+    grip_ = event->globalPosition().toPoint() - pos();  // No window manager that would move it for us.
+}
+
+void Window::mouseMoveEvent(QMouseEvent* event) {
+    if (grip_ && event->buttons().testFlag(Qt::LeftButton)) move(event->globalPosition().toPoint() - *grip_);
+}
+
+}  // namespace platform

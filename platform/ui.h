@@ -1,0 +1,205 @@
+// The window, described as plain data: what it shows, from the outside in.
+//
+// A view is a value. It is built anew from the state at each change, and the back end that shows it brings the window
+// up to date with the newest value by changing only what differs, so that focus, caret and half-typed text stay. All
+// lengths are in points: one logical pixel each, whatever the screen's scale. Main thread only, but for Cell::get.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace platform {
+
+inline constexpr int standardPadding = 16;
+inline constexpr int defaultSpacing = 8;
+
+enum class Axis { vertical, horizontal };
+enum class Alignment { leading, center };
+enum class Edges { all, horizontal, top, trailing };
+
+// The platform's text styles: 13 points, 11 points, 13 points semibold, and 17 points.
+enum class TextStyle { body, subheadline, headline, title2 };
+enum class Weight { regular, semibold, bold };
+
+// Named colours of the platform, each with a light and a dark face; primary and secondary are those of text.
+enum class Color { primary, secondary, blue, green, red, gray, white };
+
+enum class SymbolName { checkmarkCircleFill, xmarkCircleFill, infoCircleFill };
+
+class View;
+
+struct Text {
+    std::string text;  // Shown as it stands: no markup, no shortcut marks. Wraps where its space ends.
+    TextStyle style = TextStyle::body;
+    std::optional<Weight> weight = {};  // The style's own when absent.
+    std::optional<Color> color = {};    // The surrounding foreground when absent.
+};
+
+struct TextField {
+    std::string text;
+    std::string placeholder;
+    std::string accessibleName;  // What a screen reader calls the field.
+    std::function<void(const std::string&)>
+        onChange;  // Called with the whole text at every change that a person makes.
+};
+
+struct ProgressIndicator {
+    double scale = 1;  // Drawn at this share of its natural size; the space it takes stays natural.
+};
+
+struct Symbol {
+    SymbolName name;
+    Color tint;
+};
+
+struct Spacer {};
+
+// The slot of an optional child that is not there now: it takes no space, and no spacing either.
+struct Nothing {};
+
+struct Stack {
+    Axis axis;
+    Alignment alignment;  // Across the axis; a horizontal stack centres.
+    int spacing;
+    std::vector<View> children;
+};
+
+struct Button {
+    std::function<void()> action;
+    std::vector<View> label;  // Exactly one.
+};
+
+// Scrolls vertically when its content is higher than its space. As high as its content, at most `maximumHeight`, and
+// the one element that gives way when the window is too low for everything.
+struct ScrollArea {
+    int maximumHeight;
+    std::vector<View> content;  // Exactly one.
+};
+
+// Modifiers wrap what stands before them: a background after a padding fills the padding too.
+struct Padding {
+    Edges edges;
+    int length;
+};
+struct Stretch {  // Takes the full width offered, its content aligned in it.
+    Alignment alignment;
+};
+struct Frame {  // A fixed width, its content aligned in it.
+    int width;
+    Alignment alignment;
+};
+struct Background {
+    Color color;
+    double opacity;
+};
+struct CornerRadius {
+    int radius;
+};
+struct Foreground {  // The colour of every text and indicator inside that names none.
+    Color color;
+};
+struct Disabled {
+    bool disabled;
+};
+struct OnAppear {  // On the outermost view: called each time the window has come on screen, its first frame painted.
+    std::function<void()> action;
+};
+
+using Modifier = std::variant<Padding, Stretch, Frame, Background, CornerRadius, Foreground, Disabled, OnAppear>;
+
+class View {
+  public:
+    using Element =
+        std::variant<Nothing, Text, TextField, ProgressIndicator, Symbol, Spacer, Stack, Button, ScrollArea>;
+
+    View(Element element) : element_(std::move(element)) {}
+
+    [[nodiscard]] const Element& element() const { return element_; }
+    [[nodiscard]] const std::vector<Modifier>& modifiers() const { return modifiers_; }
+
+    [[nodiscard]] View padding(Edges edges = Edges::all, int length = standardPadding) && {
+        return std::move(*this).with(Padding{edges, length});
+    }
+    [[nodiscard]] View stretch(Alignment alignment = Alignment::center) && {
+        return std::move(*this).with(Stretch{alignment});
+    }
+    [[nodiscard]] View frame(int width, Alignment alignment) && {
+        return std::move(*this).with(Frame{width, alignment});
+    }
+    [[nodiscard]] View background(Color color, double opacity = 1) && {
+        return std::move(*this).with(Background{color, opacity});
+    }
+    [[nodiscard]] View cornerRadius(int radius) && { return std::move(*this).with(CornerRadius{radius}); }
+    [[nodiscard]] View foreground(Color color) && { return std::move(*this).with(Foreground{color}); }
+    [[nodiscard]] View disabled(bool isDisabled) && { return std::move(*this).with(Disabled{isDisabled}); }
+    [[nodiscard]] View onAppear(std::function<void()> action) && {
+        return std::move(*this).with(OnAppear{std::move(action)});
+    }
+
+  private:
+    View with(Modifier modifier) && {
+        modifiers_.push_back(std::move(modifier));
+        return std::move(*this);
+    }
+
+    Element element_;
+    std::vector<Modifier> modifiers_;
+};
+
+[[nodiscard]] inline View vstack(Alignment alignment, int spacing, std::vector<View> children) {
+    return View(Stack{Axis::vertical, alignment, spacing, std::move(children)});
+}
+
+[[nodiscard]] inline View hstack(std::vector<View> children) {
+    return View(Stack{Axis::horizontal, Alignment::center, defaultSpacing, std::move(children)});
+}
+
+[[nodiscard]] inline View spacer() { return View(Spacer{}); }
+
+// The child while `present`, and its empty slot otherwise, so that the children after it stay who they are.
+template <typename MakeView>
+[[nodiscard]] View optionally(bool present, MakeView makeView) {
+    return present ? makeView() : View(Nothing{});
+}
+
+// Tells the back end that the state has changed: every window shown brings itself up to date before the next frame.
+void stateChanged();
+
+// One piece of a view's state. Copies share the piece, so a view that holds cells is a cheap handle on its state.
+// Only the main thread sets; get is safe from any thread and gives a whole value, old or new.
+template <typename Value>
+class Cell {
+  public:
+    explicit Cell(Value initial) : slot_(std::make_shared<Slot>(std::move(initial))) {}
+
+    [[nodiscard]] Value get() const { return *std::atomic_load(&slot_->value); }
+
+    void set(Value value) const {
+        std::atomic_store(&slot_->value, std::make_shared<const Value>(std::move(value)));
+        stateChanged();
+    }
+
+  private:
+    struct Slot {
+        explicit Slot(Value initial) : value(std::make_shared<const Value>(std::move(initial))) {}
+        std::shared_ptr<const Value> value;
+    };
+
+    std::shared_ptr<Slot> slot_;
+};
+
+// A window of fixed content size without title bar. It can be moved by its background and closed by the window
+// manager and by Ctrl+Q (Cmd+Q on macOS); closing it ends the application.
+struct WindowGroup {
+    std::string name;  // What task bars and screen readers call the window; shown nowhere in it.
+    int width;
+    int height;
+    std::function<View()> body;  // The newest view. Called on the main thread at each change.
+};
+
+}  // namespace platform

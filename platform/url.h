@@ -1,0 +1,32 @@
+// URLs as a person or a website writes them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// A text that is a URL reference by RFC 3986, kept byte for byte: nothing is escaped, resolved or put in lower case.
+// That it parses says nothing about being loadable: "path" and "localhost:8080/x" are URLs too.
+class Url {
+  public:
+    // Absent when `text` is empty or breaks the grammar: a blank, a control or non-ASCII character, a "%" without two
+    // hexadecimal digits, a bad port.
+    [[nodiscard]] static std::optional<Url> parse(std::string text);
+
+    [[nodiscard]] const std::string& absoluteString() const { return text_; }
+
+    // What stands before the first ":", in lower case; empty for a relative reference.
+    [[nodiscard]] std::string scheme() const;
+
+    // The host as written; empty when there is none.
+    [[nodiscard]] std::string host() const;
+
+  private:
+    explicit Url(std::string text) : text_(std::move(text)) {}
+
+    std::string text_;
+};
+
+}  // namespace platform

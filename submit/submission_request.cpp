@@ -1,0 +1,68 @@
+// HardwareDetector::sendToWebsite: the request, and the wait for what submission_response.cpp makes of the answer.
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "hardware/hardware_detector.h"
+#include "platform/http.h"
+#include "platform/json.h"
+#include "platform/log.h"
+#include "platform/url.h"
+#include "submit/submission_response.h"
+
+namespace {
+
+constexpr std::chrono::seconds timeoutInterval{60};
+
+// The website's own names, which are not those of the record's keyed form.
+platform::JsonObject bodyOf(const HardwareInfo& hardware) {
+    const auto number = [](std::int64_t integer) { return platform::JsonValue::Content(integer); };
+    return {
+        {"profile_name", "My PC"},
+        {"os", hardware.os},
+        {"processor", hardware.processor},
+        {"graphics_card", hardware.graphicsCard},
+        {"ram_gb", number(hardware.ramGB)},
+        {"ram_type", hardware.ramType},
+        {"ram_frequency", number(hardware.ramFrequency)},
+        {"storage_gb", number(hardware.storageGB)},
+        {"storage_type", hardware.storageType},
+        {"directx_version", hardware.directxVersion},
+        {"gpu_memory", number(hardware.gpuMemory)},
+    };
+}
+
+// The address is taken exactly as typed: one that ends in "/" gives a doubled slash here.
+std::string endpointOf(const std::string& url) { return url + "/save-detected-hardware/"; }
+
+platform::HttpRequest requestFor(platform::Url endpoint, std::string data) {
+    return {.url = std::move(endpoint),
+            .method = "POST",
+            .headers = {{"Content-Type", "application/json"}},
+            .body = std::move(data),
+            .timeoutInterval = timeoutInterval};
+}
+
+}  // namespace
+
+bool HardwareDetector::sendToWebsite(const std::string& url, const HardwareInfo& hardware) {
+    std::optional<std::string> data = platform::jsonDataFrom(bodyOf(hardware));
+    const std::optional<platform::Url> endpoint = data ? platform::Url::parse(endpointOf(url)) : std::nullopt;
+    if (!data || !endpoint) {
+        platform::log("❌ Error: Could not create JSON data or URL");
+        return false;
+    }
+
+    platform::HttpRequest request = requestFor(*endpoint, std::move(*data));
+    const auto submission = std::make_shared<Submission>(url);
+    platform::log("📤 Sending hardware data to: " + endpoint->absoluteString());
+    platform::httpSession::start(std::move(request),
+                                 [submission](const auto& body, const auto& response, const auto& error) {
+                                     handleSubmissionAnswer(body, response, error, *submission);
+                                 });
+    submission->completion.acquire();
+
+    // Also after a success: an answer that was accepted with another status than 200 left its message here.
+    if (submission->errorMessage) platform::log("❌ Final error: " + *submission->errorMessage);
+    return submission->succeeded;
+}

@@ -1,0 +1,218 @@
+#include "tests/end_to_end/rig/accessibility.h"
+
+#include <atspi/atspi.h>
+
+#include <array>
+#include <utility>
+
+namespace end_to_end {
+
+namespace {
+
+// A program may block its main thread for some seconds. A call that times out would put it on the library's list of
+// hung programs, and later calls would fail at once, so calls wait for longer than any program is expected to block.
+constexpr std::chrono::milliseconds callLimit = std::chrono::minutes{1};
+
+// Between two looks at the program, in case no event tells of the change.
+constexpr std::chrono::milliseconds pause{20};
+
+constexpr std::array<std::pair<AtspiStateType, const char*>, 8> statesInTree{{
+    {ATSPI_STATE_ENABLED, "enabled"},
+    {ATSPI_STATE_FOCUSABLE, "focusable"},
+    {ATSPI_STATE_FOCUSED, "focused"},
+    {ATSPI_STATE_SHOWING, "showing"},
+    {ATSPI_STATE_EDITABLE, "editable"},
+    {ATSPI_STATE_BUSY, "busy"},
+    {ATSPI_STATE_ACTIVE, "active"},
+    {ATSPI_STATE_MULTI_LINE, "multi-line"},
+}};
+
+template <typename Object>
+std::shared_ptr<Object> owned(Object* object) {
+    return {object, [](Object* held) {
+                if (held != nullptr) g_object_unref(held);
+            }};
+}
+
+std::string taken(gchar* text) {
+    const std::unique_ptr<gchar, decltype(&g_free)> owner(text, g_free);
+    return text == nullptr ? std::string() : std::string(text);
+}
+
+std::shared_ptr<AtspiAccessible> desktop() {
+    static const bool prepared = [] {
+        atspi_init();
+        atspi_set_timeout(static_cast<gint>(callLimit.count()), static_cast<gint>(callLimit.count()));
+        return true;
+    }();
+    static_cast<void>(prepared);
+    std::shared_ptr<AtspiAccessible> root = owned(atspi_get_desktop(0));
+    // The cache follows events that come late or, from some programs, not at all. The desktop's setting is everybody's.
+    if (root) atspi_accessible_set_cache_mask(root.get(), ATSPI_CACHE_NONE);
+    return root;
+}
+
+bool has(AtspiAccessible* accessible, AtspiStateType state) {
+    const std::shared_ptr<AtspiStateSet> states = owned(atspi_accessible_get_state_set(accessible));
+    return states && atspi_state_set_contains(states.get(), state) != FALSE;
+}
+
+std::string lineFor(const Element& element, AtspiAccessible* accessible) {
+    std::string line = element.role() + " \"" + element.name() + "\"";
+    if (const std::string text = element.text(); !text.empty()) line += " text \"" + text + "\"";
+    for (const auto& [state, name] : statesInTree) {
+        if (has(accessible, state)) line += std::string(" ") + name;
+    }
+    return line;
+}
+
+// Stops at the first for which `visit` returns true.
+bool visitTree(const Element& element, const std::function<bool(const Element&)>& visit) {
+    if (visit(element)) return true;
+    for (const Element& child : element.children()) {
+        if (visitTree(child, visit)) return true;
+    }
+    return false;
+}
+
+// Handles what the library receives during the pause.
+void handleEvents() {
+    bool over = false;
+    const auto end = [](gpointer flag) -> gboolean {
+        *static_cast<bool*>(flag) = true;
+        return G_SOURCE_REMOVE;
+    };
+    g_timeout_add(static_cast<guint>(pause.count()), end, &over);
+    while (!over) g_main_context_iteration(nullptr, TRUE);
+}
+
+}  // namespace
+
+std::string Element::role() const { return taken(atspi_accessible_get_role_name(accessible_.get(), nullptr)); }
+
+std::string Element::name() const { return taken(atspi_accessible_get_name(accessible_.get(), nullptr)); }
+
+std::string Element::text() const {
+    const auto text = owned(atspi_accessible_get_text_iface(accessible_.get()));
+    if (!text) return {};
+    const gint length = atspi_text_get_character_count(text.get(), nullptr);
+    return taken(atspi_text_get_text(text.get(), 0, length, nullptr));
+}
+
+bool Element::enabled() const { return has(accessible_.get(), ATSPI_STATE_ENABLED); }
+
+bool Element::focused() const { return has(accessible_.get(), ATSPI_STATE_FOCUSED); }
+
+bool Element::showing() const { return has(accessible_.get(), ATSPI_STATE_SHOWING); }
+
+Bounds Element::bounds() const {
+    const auto component = owned(atspi_accessible_get_component_iface(accessible_.get()));
+    if (!component) return {};
+    const std::unique_ptr<AtspiRect, decltype(&g_free)> extents(
+        atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, nullptr), g_free);
+    if (!extents) return {};
+    return {extents->x, extents->y, extents->width, extents->height};
+}
+
+std::vector<Element> Element::children() const {
+    std::vector<Element> children;
+    const gint count = atspi_accessible_get_child_count(accessible_.get(), nullptr);
+    for (gint i = 0; i < count; ++i) {
+        auto child = owned(atspi_accessible_get_child_at_index(accessible_.get(), i, nullptr));
+        if (child) children.emplace_back(std::move(child));
+    }
+    return children;
+}
+
+bool Element::press() const {
+    const auto action = owned(atspi_accessible_get_action_iface(accessible_.get()));
+    if (!action) return false;
+    const gint count = atspi_action_get_n_actions(action.get(), nullptr);
+    for (gint i = 0; i < count; ++i) {
+        if (taken(atspi_action_get_action_name(action.get(), i, nullptr)) != "Press") continue;
+        return atspi_action_do_action(action.get(), i, nullptr) != FALSE;
+    }
+    return false;
+}
+
+bool Element::setText(const std::string& text) const {
+    const auto field = owned(atspi_accessible_get_editable_text_iface(accessible_.get()));
+    return field && atspi_editable_text_set_text_contents(field.get(), text.c_str(), nullptr) != FALSE;
+}
+
+bool Element::takeFocus() const {
+    const auto component = owned(atspi_accessible_get_component_iface(accessible_.get()));
+    return component && atspi_component_grab_focus(component.get(), nullptr) != FALSE;
+}
+
+std::string Element::tree() const {
+    std::string lines = lineFor(*this, accessible_.get()) + "\n";
+    for (const Element& child : children()) {
+        std::string below = child.tree();
+        for (std::size_t start = 0; start < below.size(); start = below.find('\n', start) + 1)
+            below.insert(start, "  ");
+        lines += below;
+    }
+    return lines;
+}
+
+std::optional<Element> AccessibleProgram::find(std::string_view role, std::string_view name) const {
+    return first([&](const Element& element) { return element.role() == role && element.name() == name; });
+}
+
+std::optional<Element> AccessibleProgram::field() const {
+    return first([](const Element& element) { return element.role() == "text"; });
+}
+
+std::optional<Element> AccessibleProgram::focused() const {
+    return first([](const Element& element) { return element.focused(); });
+}
+
+std::vector<Element> AccessibleProgram::all(std::string_view role) const {
+    std::vector<Element> found;
+    first([&](const Element& element) {
+        if (element.role() == role && element.showing()) found.push_back(element);
+        return false;
+    });
+    return found;
+}
+
+std::string AccessibleProgram::tree() const {
+    const std::optional<Element> root = application();
+    return root ? root->tree() : "the program offers no elements\n";
+}
+
+std::optional<Element> AccessibleProgram::application() const {
+    const std::shared_ptr<AtspiAccessible> root = desktop();
+    const gint count = root ? atspi_accessible_get_child_count(root.get(), nullptr) : 0;
+    for (gint i = 0; i < count; ++i) {
+        auto candidate = owned(atspi_accessible_get_child_at_index(root.get(), i, nullptr));
+        if (!candidate) continue;
+        if (atspi_accessible_get_process_id(candidate.get(), nullptr) != static_cast<guint>(pid_)) continue;
+        return Element(std::move(candidate));
+    }
+    return std::nullopt;
+}
+
+std::optional<Element> AccessibleProgram::first(const std::function<bool(const Element&)>& matches) const {
+    const std::optional<Element> root = application();
+    if (!root) return std::nullopt;
+    std::optional<Element> found;
+    visitTree(*root, [&](const Element& element) {
+        if (!matches(element) || !element.showing()) return false;
+        found = element;
+        return true;
+    });
+    return found;
+}
+
+bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return condition();
+        handleEvents();
+    }
+    return true;
+}
+
+}  // namespace end_to_end

@@ -1,0 +1,173 @@
+#include "tests/end_to_end/rig/child_process.h"
+
+#include <fcntl.h>
+#include <linux/close_range.h>
+#include <poll.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+namespace end_to_end {
+
+namespace {
+
+constexpr std::chrono::seconds timeToEndByItself{10};
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+// What a step that failed leaves in the pipe to the parent.
+struct StepFailure {
+    const char* step;
+    int error;
+};
+
+// All of it runs between fork and exec in a process that may have had other threads: it allocates nothing and calls
+// nothing that could wait for a lock that one of them held.
+class Beginning {
+  public:
+    Beginning(const Launch& launch, int parent)
+        : launch_(launch), parent_(parent), arguments_{launch.path}, moved_(launch.descriptors.size()) {
+        arguments_.insert(arguments_.end(), launch.arguments.begin(), launch.arguments.end());
+        for (const auto& [name, value] : launch.environment) environment_.push_back(name + "=" + value);
+        argumentPointers_ = pointersTo(arguments_);
+        environmentPointers_ = pointersTo(environment_);
+    }
+
+    [[noreturn]] void run() {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        resetSignals();
+        placeDescriptors();
+        mountOverlays();
+        execve(launch_.path.c_str(), argumentPointers_.data(), environmentPointers_.data());
+        giveUp("exec");
+    }
+
+  private:
+    [[noreturn]] void giveUp(const char* step) const {
+        const StepFailure failure{step, errno};
+        [[maybe_unused]] const ssize_t written = write(parent_, &failure, sizeof failure);
+        _exit(127);
+    }
+
+    static void resetSignals() {
+        for (int number = 1; number < NSIG; ++number) std::signal(number, SIG_DFL);
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+    }
+
+    // First out of the way of one another, then each to its place.
+    void placeDescriptors() {
+        constexpr int aside = 100;
+        parent_ = fcntl(parent_, F_DUPFD_CLOEXEC, aside);
+        const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+        if (parent_ < 0 || nothing < 0) giveUp("/dev/null");
+        for (std::size_t i = 0; i < moved_.size(); ++i) {
+            moved_[i] = fcntl(launch_.descriptors[i].first, F_DUPFD_CLOEXEC, aside);
+            if (moved_[i] < 0) giveUp("descriptor");
+        }
+        syscall(SYS_close_range, 3U, ~0U, CLOSE_RANGE_CLOEXEC);
+        for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            if (dup2(nothing, standard) < 0) giveUp("standard descriptor");
+        }
+        for (std::size_t i = 0; i < moved_.size(); ++i) {
+            if (dup2(moved_[i], launch_.descriptors[i].second) < 0) giveUp("descriptor");
+        }
+    }
+
+    void mountOverlays() const {
+        if (launch_.mounts.empty()) return;
+        if (unshare(CLONE_NEWNS) != 0) giveUp("unshare");
+        if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) giveUp("mount --make-rprivate /");
+        for (const OverlayMount& overlay : launch_.mounts) {
+            const char* const folder = overlay.folder.c_str();
+            if (mount("overlay", folder, "overlay", MS_RDONLY, overlay.options.c_str()) != 0) giveUp(folder);
+        }
+    }
+
+    const Launch& launch_;
+    int parent_;
+    std::vector<std::string> arguments_;
+    std::vector<std::string> environment_;
+    std::vector<char*> argumentPointers_;
+    std::vector<char*> environmentPointers_;
+    std::vector<int> moved_;
+};
+
+ExitStatus exitStatusOf(int status) {
+    if (WIFSIGNALED(status)) return {ExitStatus::Kind::signal, WTERMSIG(status)};
+    return {ExitStatus::Kind::status, WEXITSTATUS(status)};
+}
+
+}  // namespace
+
+ChildProcess::~ChildProcess() {
+    signal(SIGKILL);
+    waitForExit();
+}
+
+std::optional<std::string> ChildProcess::start(const Launch& launch) {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) return std::string("pipe: ") + std::strerror(errno);
+    const Descriptor failures(ends[0]);
+    Descriptor child(ends[1]);
+
+    Beginning beginning(launch, child.number());
+    const pid_t forked = fork();
+    if (forked < 0) return std::string("fork: ") + std::strerror(errno);
+    if (forked == 0) beginning.run();
+
+    pid_ = forked;
+    watch_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid_, 0)));
+    { const Descriptor ours = std::move(child); }  // The end of the pipe is the sign that exec has gone well.
+    StepFailure failure{};
+    if (read(failures.number(), &failure, sizeof failure) != sizeof failure) return std::nullopt;
+    waitForExit();
+    return launch.path + ": " + failure.step + ": " + std::strerror(failure.error);
+}
+
+std::optional<ExitStatus> ChildProcess::waitForExit(std::chrono::milliseconds limit) {
+    if (exit_ || pid_ == 0) return exit_;
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    int ready = -1;
+    do {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        pollfd end{watch_.number(), POLLIN, 0};
+        ready = poll(&end, 1, std::max(0, static_cast<int>(left.count())));
+    } while (ready < 0 && errno == EINTR);
+    if (ready != 1) return std::nullopt;
+
+    int status = 0;
+    while (waitpid(pid_, &status, 0) < 0) {
+        if (errno != EINTR) return std::nullopt;
+    }
+    exit_ = exitStatusOf(status);
+    return exit_;
+}
+
+void ChildProcess::signal(int number) {
+    if (pid_ != 0 && !exit_) kill(pid_, number);
+}
+
+void ChildProcess::end() {
+    signal(SIGTERM);
+    if (waitForExit(timeToEndByItself)) return;
+    signal(SIGKILL);
+    waitForExit();
+}
+
+}  // namespace end_to_end

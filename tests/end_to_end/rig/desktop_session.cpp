@@ -1,0 +1,205 @@
+#include "tests/end_to_end/rig/desktop_session.h"
+
+#include <dbus/dbus.h>
+#include <fcntl.h>
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+namespace end_to_end {
+
+namespace {
+
+using Failure = std::optional<std::string>;
+
+// The number a service gets for the descriptor that it reports its readiness on.
+constexpr int reportDescriptor = 3;
+
+struct Pipe {
+    Descriptor reader;
+    Descriptor writer;
+};
+
+Pipe makePipe() {
+    std::array<int, 2> ends{-1, -1};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) return {};
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+int millisecondsUntil(std::chrono::steady_clock::time_point deadline) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    return std::max(0, static_cast<int>(left.count()));
+}
+
+// Absent when the writer ends, or the patience does, before there is a whole line.
+std::optional<std::string> lineFrom(const Descriptor& reader) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    std::string line;
+    while (true) {
+        pollfd readable{reader.number(), POLLIN, 0};
+        if (poll(&readable, 1, millisecondsUntil(deadline)) == 0) return std::nullopt;
+        char byte = 0;
+        const ssize_t count = read(reader.number(), &byte, 1);
+        if (count < 0 && errno == EINTR) continue;
+        if (count != 1) return std::nullopt;
+        if (byte == '\n') return line;
+        line += byte;
+    }
+}
+
+// Starts a service and returns the line by which it says that it is ready.
+std::optional<std::string> startAndListen(ChildProcess& process, Launch launch, Failure& failure) {
+    Pipe report = makePipe();
+    launch.descriptors.emplace_back(report.writer.number(), reportDescriptor);
+    failure = process.start(launch);
+    if (failure) return std::nullopt;
+    { const Descriptor ours = std::move(report.writer); }
+    const std::optional<std::string> line = lineFrom(report.reader);
+    if (!line) failure = launch.path + " does not get ready";
+    return line;
+}
+
+struct CloseConnection {
+    void operator()(DBusConnection* connection) const {
+        dbus_connection_close(connection);
+        dbus_connection_unref(connection);
+    }
+};
+using Connection = std::unique_ptr<DBusConnection, CloseConnection>;
+
+Connection connectTo(const std::string& address) {
+    Connection connection(dbus_connection_open_private(address.c_str(), nullptr));
+    if (!connection || dbus_bus_register(connection.get(), nullptr) == FALSE) return nullptr;
+    return connection;
+}
+
+// The rule comes before the question, so that a name taken in between is not missed.
+bool waitForOwner(DBusConnection* connection, const std::string& name) {
+    const std::string rule =
+        "type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" + name + "'";
+    dbus_bus_add_match(connection, rule.c_str(), nullptr);
+    dbus_connection_flush(connection);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (dbus_bus_name_has_owner(connection, name.c_str(), nullptr) == FALSE) {
+        const int left = millisecondsUntil(deadline);
+        if (left == 0 || dbus_connection_read_write(connection, left) == FALSE) return false;
+        while (DBusMessage* message = dbus_connection_pop_message(connection)) dbus_message_unref(message);
+    }
+    return true;
+}
+
+}  // namespace
+
+DesktopSession::DesktopSession() {
+    failure_ = startAll();
+    if (failure_) *failure_ += "\n" + printedByServices();
+}
+
+DesktopSession::~DesktopSession() {
+    accessibilityBus_.end();
+    sessionBus_.end();
+    displayServer_.end();
+}
+
+Environment DesktopSession::environment() const {
+    Environment variables{
+        {"DISPLAY", display_},
+        {"DBUS_SESSION_BUS_ADDRESS", busAddress_},
+        {"XDG_RUNTIME_DIR", folder_.path() / "run"},
+        {"PATH", "/usr/bin:/bin"},
+    };
+    for (const char* const name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
+        if (const char* const value = std::getenv(name)) variables[name] = value;
+    }
+    return variables;
+}
+
+std::optional<std::string> DesktopSession::startAll() {
+    for (const char* const name : {"home", "run"}) {
+        std::filesystem::create_directory(folder_.path() / name);
+        std::filesystem::permissions(folder_.path() / name, std::filesystem::perms::owner_all);
+    }
+    serviceLog_ =
+        Descriptor(open((folder_.path() / "services.log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+
+    Failure failure = startDisplay();
+    if (!failure) failure = startSessionBus();
+    if (!failure) failure = startAccessibilityBus();
+    return failure;
+}
+
+std::optional<std::string> DesktopSession::startDisplay() {
+    Failure failure;
+    const auto number =
+        startAndListen(displayServer_,
+                       service("/usr/bin/Xvfb", {"-displayfd", std::to_string(reportDescriptor), "-screen", "0",
+                                                 "1000x800x24", "-dpi", "96", "-nolisten", "tcp", "-noreset"}),
+                       failure);
+    if (!number) return failure;
+    display_ = ":" + *number;
+    setenv("DISPLAY", display_.c_str(), 1);
+    return std::nullopt;
+}
+
+std::optional<std::string> DesktopSession::startSessionBus() {
+    // Services of the machine's own desktop must not come to life in a test, so the bus knows of none.
+    const std::filesystem::path configuration = folder_.path() / "bus.conf";
+    std::ofstream(configuration) << "<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN' "
+                                    "'http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd'>"
+                                    "<busconfig><type>session</type>"
+                                    "<listen>unix:path="
+                                 << (folder_.path() / "bus").string()
+                                 << "</listen>"
+                                    "<policy context='default'><allow send_destination='*' eavesdrop='true'/>"
+                                    "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>";
+    Failure failure;
+    const auto address =
+        startAndListen(sessionBus_,
+                       service("/usr/bin/dbus-daemon",
+                               {"--nofork", "--nopidfile", "--nosyslog", "--config-file=" + configuration.string(),
+                                "--print-address=" + std::to_string(reportDescriptor)}),
+                       failure);
+    if (!address) return failure;
+    busAddress_ = *address;
+    setenv("DBUS_SESSION_BUS_ADDRESS", busAddress_.c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", (folder_.path() / "run").c_str(), 1);
+    unsetenv("AT_SPI_BUS_ADDRESS");
+    return std::nullopt;
+}
+
+std::optional<std::string> DesktopSession::startAccessibilityBus() {
+    // Programs offer their elements when the bus says that somebody wants them, and the switch makes it say so.
+    Failure failure = accessibilityBus_.start(
+        service("/usr/libexec/at-spi-bus-launcher", {"--launch-immediately", "--a11y=1", "--screen-reader=0"}));
+    if (failure) return failure;
+    const Connection connection = connectTo(busAddress_);
+    if (!connection) return "no connection to " + busAddress_;
+    if (!waitForOwner(connection.get(), "org.a11y.Bus")) return "the accessibility bus does not get ready";
+    return std::nullopt;
+}
+
+Launch DesktopSession::service(std::string path, std::vector<std::string> arguments) const {
+    Launch launch;
+    launch.path = std::move(path);
+    launch.arguments = std::move(arguments);
+    launch.environment = environment();
+    launch.environment["HOME"] = folder_.path() / "home";
+    launch.environment["GSETTINGS_BACKEND"] = "memory";  // The user's own settings are neither read nor changed.
+    launch.descriptors = {{serviceLog_.number(), STDOUT_FILENO}, {serviceLog_.number(), STDERR_FILENO}};
+    return launch;
+}
+
+std::string DesktopSession::printedByServices() const {
+    std::stringstream text;
+    text << std::ifstream(folder_.path() / "services.log").rdbuf();
+    return text.str();
+}
+
+}  // namespace end_to_end

@@ -1,0 +1,51 @@
+#include "tests/end_to_end/rig/fifo.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace end_to_end {
+
+Fifo::Fifo(std::filesystem::path path) : path_(std::move(path)) {
+    if (mkfifo(path_.c_str(), 0600) == 0)
+        descriptor_ = Descriptor(open(path_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    if (descriptor_.valid()) return;
+    std::perror(path_.c_str());
+    std::abort();
+}
+
+void Fifo::write(std::string_view text) {
+    if (::write(descriptor_.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size())) return;
+    std::perror(path_.c_str());
+    std::abort();
+}
+
+const std::string& Fifo::bytes() {
+    std::array<char, 4096> buffer{};
+    ssize_t count = 0;
+    do {
+        count = read(descriptor_.number(), buffer.data(), buffer.size());
+        if (count > 0) bytes_.append(buffer.data(), static_cast<std::size_t>(count));
+    } while (count > 0 || (count < 0 && errno == EINTR));
+    return bytes_;
+}
+
+bool Fifo::waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!enough(bytes())) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0) return false;
+        pollfd more{descriptor_.number(), POLLIN, 0};
+        poll(&more, 1, static_cast<int>(left.count()));
+    }
+    return true;
+}
+
+}  // namespace end_to_end

@@ -1,0 +1,37 @@
+// A named pipe that scripts write to and the test reads, or the other way round.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "tests/end_to_end/rig/descriptor.h"
+#include "tests/end_to_end/rig/patience.h"
+
+namespace end_to_end {
+
+// Held open at both ends, so that opening it never waits for the other side. A script that still waits to read from it
+// sees its end when the object goes. For the thread that made it alone.
+class Fifo {
+  public:
+    explicit Fifo(std::filesystem::path path);
+
+    const std::filesystem::path& path() const { return path_; }
+
+    void write(std::string_view text);
+
+    // All that has ever been written into it.
+    const std::string& bytes();
+
+    // Waits until `enough` is true of all that has been written; false when it is not within the limit.
+    bool waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit = patience);
+
+  private:
+    std::filesystem::path path_;
+    Descriptor descriptor_;
+    std::string bytes_;
+};
+
+}  // namespace end_to_end

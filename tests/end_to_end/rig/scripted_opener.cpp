@@ -1,0 +1,81 @@
+#include "tests/end_to_end/rig/scripted_opener.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+namespace end_to_end {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Calls = std::vector<std::vector<std::string>>;
+
+// The text up to the next zero byte.
+std::optional<std::string> nextText(const std::string& bytes, std::size_t& position) {
+    const std::size_t end = bytes.find('\0', position);
+    if (end == std::string::npos) return std::nullopt;
+    std::string text = bytes.substr(position, end - position);
+    position = end + 1;
+    return text;
+}
+
+// Whole calls alone: each is the number of its arguments, then those, each with a zero byte after it.
+Calls callsIn(const std::string& bytes) {
+    Calls calls;
+    std::size_t position = 0;
+    while (const std::optional<std::string> count = nextText(bytes, position)) {
+        std::vector<std::string> arguments;
+        for (int left = std::stoi(*count); left > 0; --left) {
+            std::optional<std::string> argument = nextText(bytes, position);
+            if (!argument) return calls;
+            arguments.push_back(std::move(*argument));
+        }
+        calls.push_back(std::move(arguments));
+    }
+    return calls;
+}
+
+}  // namespace
+
+ScriptedOpener::ScriptedOpener() : record_(folder_.path() / "record"), gate_(folder_.path() / "gate") {
+    fs::create_directory(folder_.path() / "bin");
+    exitWith(0);
+}
+
+void ScriptedOpener::exitWith(int status) { become("exit " + std::to_string(status)); }
+
+void ScriptedOpener::hang() { become("read -r ticket < '" + gate_.path().string() + "'"); }
+
+void ScriptedOpener::makeMissing() { fs::remove(file()); }
+
+std::string ScriptedOpener::searchPath() const {
+    const std::string own = file().parent_path();
+    return fs::exists(file()) ? own + ":/usr/bin:/bin" : own;
+}
+
+std::vector<std::vector<std::string>> ScriptedOpener::calls() { return callsIn(record_.bytes()); }
+
+bool ScriptedOpener::waitForCalls(std::size_t count, std::chrono::milliseconds limit) {
+    return record_.waitUntil([&](const std::string& bytes) { return callsIn(bytes).size() >= count; }, limit);
+}
+
+void ScriptedOpener::become(const std::string& lastLine) const {
+    const fs::path draft = folder_.path() / "draft";
+    std::ofstream script(draft);
+    script << "#!/bin/sh\n"
+           << "printf '%s\\0' \"$#\" \"$@\" > '" << record_.path().string() << "'\n"
+           << lastLine << "\n";
+    script.close();
+    if (!script.good()) {
+        std::perror(draft.c_str());
+        std::abort();
+    }
+    fs::permissions(draft, fs::perms(0755));
+    fs::rename(draft, file());
+}
+
+fs::path ScriptedOpener::file() const { return folder_.path() / "bin" / "xdg-open"; }
+
+}  // namespace end_to_end

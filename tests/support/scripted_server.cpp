@@ -1,0 +1,340 @@
+#include "tests/support/scripted_server.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cctype>
+#include <cerrno>
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+namespace testSupport {
+
+namespace {
+
+constexpr std::string_view headerEnd = "\r\n\r\n";
+constexpr std::chrono::seconds longestWait{30};
+
+#ifdef MSG_NOSIGNAL
+constexpr int sendFlags = MSG_NOSIGNAL;
+#else
+constexpr int sendFlags = 0;
+#endif
+
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : number_(number) {
+        if (number_ < 0) throw std::runtime_error("the scripted server got no descriptor");
+        fcntl(number_, F_SETFD, FD_CLOEXEC);
+        fcntl(number_, F_SETFL, O_NONBLOCK);
+#ifdef SO_NOSIGPIPE
+        const int on = 1;
+        setsockopt(number_, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
+#endif
+    }
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor& operator=(Descriptor&&) = delete;
+    ~Descriptor() { close(); }
+
+    void close() {
+        if (number_ >= 0) ::close(std::exchange(number_, -1));
+    }
+    [[nodiscard]] int number() const { return number_; }
+
+  private:
+    int number_;
+};
+
+// Its reading end becomes ready for everybody at once, and for good, when the writing end is closed.
+struct StopSignal {
+    StopSignal() : StopSignal(makePipe()) {}
+    explicit StopSignal(std::array<int, 2> ends) : reader(ends[0]), writer(ends[1]) {}
+
+    static std::array<int, 2> makePipe() {
+        std::array<int, 2> ends{-1, -1};
+        if (pipe(ends.data()) != 0) throw std::runtime_error("the scripted server got no pipe");
+        return ends;
+    }
+
+    Descriptor reader;
+    Descriptor writer;
+};
+
+bool equalIgnoringCase(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+}
+
+std::string_view withoutBlanks(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+bool isWhole(const RecordedRequest& request) {
+    if (request.bytes.empty()) return false;
+    if (std::isupper(static_cast<unsigned char>(request.bytes.front())) == 0) return true;
+    const std::size_t end = request.bytes.find(headerEnd);
+    if (end == std::string::npos) return false;
+    const auto lengths = request.valuesOf("Content-Length");
+    const std::size_t bodySize = lengths.empty() ? 0 : std::strtoull(lengths.front().c_str(), nullptr, 10);
+    return request.bytes.size() - end - headerEnd.size() >= bodySize;
+}
+
+}  // namespace
+
+std::string RecordedRequest::requestLine() const { return bytes.substr(0, bytes.find("\r\n")); }
+
+std::string RecordedRequest::method() const { return bytes.substr(0, bytes.find(' ')); }
+
+std::string RecordedRequest::target() const {
+    const std::string line = requestLine();
+    const std::size_t first = line.find(' ');
+    const std::size_t last = line.rfind(' ');
+    return first == std::string::npos || first == last ? std::string() : line.substr(first + 1, last - first - 1);
+}
+
+std::vector<std::string> RecordedRequest::valuesOf(std::string_view fieldName) const {
+    std::vector<std::string> values;
+    std::string_view rest = std::string_view(bytes).substr(0, bytes.find(headerEnd));
+    while (!rest.empty()) {
+        const std::string_view line = rest.substr(0, rest.find("\r\n"));
+        rest.remove_prefix(std::min(rest.size(), line.size() + 2));
+        const std::size_t colon = line.find(':');
+        if (colon == std::string_view::npos || !equalIgnoringCase(line.substr(0, colon), fieldName)) continue;
+        values.emplace_back(withoutBlanks(line.substr(colon + 1)));
+    }
+    return values;
+}
+
+std::string RecordedRequest::body() const {
+    const std::size_t end = bytes.find(headerEnd);
+    return end == std::string::npos ? std::string() : bytes.substr(end + headerEnd.size());
+}
+
+Responder always(Script script) {
+    return [script = std::move(script)](const RecordedRequest&) { return script; };
+}
+
+Responder inTurn(std::vector<Script> scripts) {
+    const auto next = std::make_shared<std::atomic<std::size_t>>(0);
+    return [scripts = std::move(scripts), next](const RecordedRequest&) {
+        return scripts.at(std::min(next->fetch_add(1), scripts.size() - 1));
+    };
+}
+
+std::string answerBytes(int statusCode, std::string_view body, const std::vector<std::string>& fields) {
+    std::string bytes = "HTTP/1.1 " + std::to_string(statusCode) + " Reason\r\n";
+    for (const std::string& field : fields) bytes += field + "\r\n";
+    bytes += "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n";
+    bytes += body;
+    return bytes;
+}
+
+class ScriptedServer::Listener {
+  public:
+    explicit Listener(Responder responder)
+        : responder_(std::move(responder)), socket_(socket(AF_INET, SOCK_STREAM, 0)), port_(listenOnFreePort()) {
+        acceptor_ = std::thread([this] { acceptConnections(); });
+    }
+
+    ~Listener() {
+        stop_.writer.close();
+        acceptor_.join();
+        for (std::thread& thread : connectionThreads_) thread.join();
+    }
+
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    [[nodiscard]] int port() const { return port_; }
+
+    [[nodiscard]] std::vector<RecordedRequest> requests() const {
+        const std::lock_guard lock(mutex_);
+        return requests_;
+    }
+
+    [[nodiscard]] std::vector<std::string> connections() const {
+        const std::lock_guard lock(mutex_);
+        return connections_;
+    }
+
+    [[nodiscard]] bool waitForRequests(std::size_t count) const {
+        std::unique_lock lock(mutex_);
+        return changed_.wait_for(lock, longestWait, [&] { return requests_.size() >= count; });
+    }
+
+    [[nodiscard]] bool waitForEndedConnections(std::size_t count) const {
+        std::unique_lock lock(mutex_);
+        return changed_.wait_for(lock, longestWait, [&] { return endedConnections_ >= count; });
+    }
+
+  private:
+    [[nodiscard]] int listenOnFreePort() const {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        if (bind(socket_.number(), generic, size) != 0 || listen(socket_.number(), SOMAXCONN) != 0 ||
+            getsockname(socket_.number(), generic, &size) != 0) {
+            throw std::runtime_error("the scripted server cannot listen");
+        }
+        return ntohs(address.sin_port);
+    }
+
+    // False when the server is to stop.
+    [[nodiscard]] bool waitUntilReady(const Descriptor& socket, short events) const {
+        std::array<pollfd, 2> watched{{{stop_.reader.number(), POLLIN, 0}, {socket.number(), events, 0}}};
+        while (poll(watched.data(), watched.size(), -1) < 0) continue;
+        return watched[0].revents == 0;
+    }
+
+    [[nodiscard]] bool waitOut(std::chrono::milliseconds interval) const {
+        const auto end = std::chrono::steady_clock::now() + interval;
+        pollfd stop{stop_.reader.number(), POLLIN, 0};
+        for (;;) {
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+            if (left.count() <= 0) return true;
+            if (poll(&stop, 1, static_cast<int>(left.count())) > 0) return false;
+        }
+    }
+
+    void acceptConnections() {
+        while (waitUntilReady(socket_, POLLIN)) {
+            const int number = accept(socket_.number(), nullptr, nullptr);
+            if (number < 0) continue;  // It has gone again.
+            std::size_t index = 0;
+            {
+                const std::lock_guard lock(mutex_);
+                index = connections_.size();
+                connections_.emplace_back();
+            }
+            connectionThreads_.emplace_back(
+                [this, index, connection = Descriptor(number)]() mutable { serve(connection, index); });
+        }
+    }
+
+    void serve(Descriptor& connection, std::size_t index) {
+        if (const auto request = readRequest(connection, index)) {
+            for (const Step& step : responder_(*request)) {
+                if (!std::visit([&](const auto& each) { return carryOut(each, connection, index); }, step)) break;
+            }
+        }
+        connection.close();
+        const std::lock_guard lock(mutex_);
+        ++endedConnections_;
+        changed_.notify_all();
+    }
+
+    [[nodiscard]] std::optional<RecordedRequest> readRequest(const Descriptor& connection, std::size_t index) {
+        RecordedRequest request;
+        while (!isWhole(request)) {
+            const std::string bytes = read(connection, index);
+            if (bytes.empty()) return std::nullopt;
+            request.bytes += bytes;
+        }
+        const std::lock_guard lock(mutex_);
+        requests_.push_back(request);
+        changed_.notify_all();
+        return request;
+    }
+
+    // Recorded, and empty at the end, after an error and when the server is to stop.
+    [[nodiscard]] std::string read(const Descriptor& connection, std::size_t index) {
+        std::string bytes(65536, '\0');
+        ssize_t count = -1;
+        while (count < 0) {
+            if (!waitUntilReady(connection, POLLIN)) return {};
+            count = recv(connection.number(), bytes.data(), bytes.size(), 0);
+            if (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) return {};
+        }
+        bytes.resize(static_cast<std::size_t>(count));
+        const std::lock_guard lock(mutex_);
+        connections_[index] += bytes;
+        return bytes;
+    }
+
+    [[nodiscard]] bool send(const Descriptor& connection, std::string_view bytes) const {
+        while (!bytes.empty()) {
+            if (!waitUntilReady(connection, POLLOUT)) return false;
+            const ssize_t count = ::send(connection.number(), bytes.data(), bytes.size(), sendFlags);
+            if (count >= 0) {
+                bytes.remove_prefix(static_cast<std::size_t>(count));
+            } else if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Each is true when the script goes on.
+
+    bool carryOut(const Send& step, Descriptor& connection, std::size_t) const { return send(connection, step.bytes); }
+
+    bool carryOut(const SendDripping& step, Descriptor& connection, std::size_t) const {
+        return std::all_of(step.bytes.begin(), step.bytes.end(), [&](const char& byte) {
+            return waitOut(step.interval) && send(connection, std::string_view(&byte, 1));
+        });
+    }
+
+    static bool carryOut(const Reset&, Descriptor& connection, std::size_t) {
+        const linger atOnce{1, 0};
+        setsockopt(connection.number(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        connection.close();
+        return false;
+    }
+
+    bool carryOut(const WaitUntilClientHasGone&, Descriptor& connection, std::size_t index) {
+        while (!read(connection, index).empty()) continue;
+        return true;
+    }
+
+    bool carryOut(const HoldOpen&, Descriptor&, std::size_t) const {
+        pollfd stop{stop_.reader.number(), POLLIN, 0};
+        while (poll(&stop, 1, -1) < 0) continue;
+        return false;
+    }
+
+    Responder responder_;
+    StopSignal stop_;
+    Descriptor socket_;
+    int port_;
+
+    mutable std::mutex mutex_;
+    mutable std::condition_variable changed_;
+    std::vector<RecordedRequest> requests_;
+    std::vector<std::string> connections_;
+    std::size_t endedConnections_ = 0;
+
+    std::thread acceptor_;
+    std::vector<std::thread> connectionThreads_;  // The acceptor's own while it runs.
+};
+
+ScriptedServer::ScriptedServer(Responder responder) : listener_(std::make_unique<Listener>(std::move(responder))) {}
+ScriptedServer::~ScriptedServer() = default;
+
+int ScriptedServer::port() const { return listener_->port(); }
+std::string ScriptedServer::url(std::string_view pathAndQuery) const {
+    return "http://127.0.0.1:" + std::to_string(port()) + std::string(pathAndQuery);
+}
+std::vector<RecordedRequest> ScriptedServer::requests() const { return listener_->requests(); }
+std::vector<std::string> ScriptedServer::connections() const { return listener_->connections(); }
+bool ScriptedServer::waitForRequests(std::size_t count) const { return listener_->waitForRequests(count); }
+bool ScriptedServer::waitForEndedConnections(std::size_t count) const {
+    return listener_->waitForEndedConnections(count);
+}
+
+}  // namespace testSupport

@@ -1,0 +1,24 @@
+#include "platform/device_registry.h"
+#include "platform/user_defaults.h"
+#include "platform/uuid.h"
+#include "tracking/app_tracker.h"
+
+namespace {
+
+constexpr const char* deviceIdKey = "com.velmora.device_id";
+
+}  // namespace
+
+std::string AppTracker::getDeviceId() {
+    // Trusted as it stands, the empty text included: an id that changes is worse than an odd one.
+    if (const std::optional<std::string> stored = platform::userDefaults::string(deviceIdKey)) return *stored;
+
+    // A random id is kept like the machine's own. If another start of this program has stored one since, that is the
+    // device's id.
+    return platform::userDefaults::setStringIfAbsent(deviceIdKey, getMachineUUID());
+}
+
+std::string AppTracker::getMachineUUID() {
+    if (const std::optional<std::string> uuid = platform::platformUuid()) return *uuid;
+    return platform::randomUuid();
+}

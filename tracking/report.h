@@ -1,0 +1,13 @@
+// What the two reports have in common.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/http.h"
+
+// The report's address: `url` without the slashes at its ends, followed by `path`. Nothing else is mended.
+[[nodiscard]] std::string reportEndpoint(const std::string& url, std::string_view path);
+
+// The report as a request that gives up after 10 idle seconds.
+[[nodiscard]] platform::HttpRequest reportRequest(platform::Url endpoint, std::string data);
