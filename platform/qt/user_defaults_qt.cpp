@@ -1,5 +1,6 @@
 // The store in QSettings' INI file: ~/.config/velmora/hardware-detector.conf.
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSettings>
@@ -34,6 +35,8 @@ class Store {
     void setString(const std::string& key, const std::string& value) {
         settings_.setValue(QString::fromStdString(key), QString::fromStdString(value));
         settings_.sync();
+        // The id in it is nobody else's business.
+        QFile::setPermissions(settings_.fileName(), QFile::ReadOwner | QFile::WriteOwner);
     }
 
     [[nodiscard]] QString fileName() const { return settings_.fileName(); }

@@ -145,8 +145,8 @@ std::string answerBytes(int statusCode, std::string_view body, const std::vector
 
 class ScriptedServer::Listener {
   public:
-    explicit Listener(Responder responder)
-        : responder_(std::move(responder)), socket_(socket(AF_INET, SOCK_STREAM, 0)), port_(listenOnFreePort()) {
+    explicit Listener(Responder responder, int port)
+        : responder_(std::move(responder)), socket_(socket(AF_INET, SOCK_STREAM, 0)), port_(listenOn(port)) {
         acceptor_ = std::thread([this] { acceptConnections(); });
     }
 
@@ -182,10 +182,13 @@ class ScriptedServer::Listener {
     }
 
   private:
-    [[nodiscard]] int listenOnFreePort() const {
+    [[nodiscard]] int listenOn(int port) const {
+        const int reuse = 1;  // A test may follow another on the same port at once.
+        setsockopt(socket_.number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        address.sin_port = htons(static_cast<std::uint16_t>(port));
         socklen_t size = sizeof address;
         auto* const generic = reinterpret_cast<sockaddr*>(&address);
         if (bind(socket_.number(), generic, size) != 0 || listen(socket_.number(), SOMAXCONN) != 0 ||
@@ -323,7 +326,8 @@ class ScriptedServer::Listener {
     std::vector<std::thread> connectionThreads_;  // The acceptor's own while it runs.
 };
 
-ScriptedServer::ScriptedServer(Responder responder) : listener_(std::make_unique<Listener>(std::move(responder))) {}
+ScriptedServer::ScriptedServer(Responder responder, int port)
+    : listener_(std::make_unique<Listener>(std::move(responder), port)) {}
 ScriptedServer::~ScriptedServer() = default;
 
 int ScriptedServer::port() const { return listener_->port(); }

@@ -1,5 +1,6 @@
 #include "platform/qt/widgets/address_field.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <limits>
@@ -23,6 +24,10 @@ AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
     setTextMargins(textInset, 0, textInset, 0);
     setMaxLength(std::numeric_limits<int>::max());
     setAttribute(Qt::WA_MacShowFocusRect, false);
+    // The background is painted here, rounded; the toolkit's own would lie over it, square.
+    QPalette clear = palette();
+    clear.setColor(QPalette::Base, Qt::transparent);
+    setPalette(clear);
     // Not only what is typed: a screen reader or a paste menu sets the text as a whole.
     connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
         if (onChange_) onChange_(text.toStdString());
@@ -45,7 +50,7 @@ void AddressField::paintEvent(QPaintEvent* event) {
         painter.setRenderHint(QPainter::Antialiasing);
         const QColor border = hasFocus() ? toolkitColor(Color::blue, palette()) : toolkitColor(Color::gray, palette());
         painter.setPen(QPen(border, hasFocus() ? 2 : 1));
-        painter.setBrush(palette().brush(QPalette::Base));
+        painter.setBrush(QApplication::palette().brush(QPalette::Base));
         const double inset = hasFocus() ? 1 : 0.5;
         painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), borderRadius, borderRadius);
     }

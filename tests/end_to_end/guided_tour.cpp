@@ -1,0 +1,77 @@
+// Does the main job with the program on a display of its own, as a person would, and leaves a picture of each state:
+//   guided-tour PROGRAM FOLDER
+// The program's log goes to standard output. Exits with 0 when every step went well.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "tests/end_to_end/rig/accessibility.h"
+#include "tests/end_to_end/rig/desktop_session.h"
+#include "tests/end_to_end/rig/program.h"
+#include "tests/end_to_end/rig/scratch_folder.h"
+#include "tests/end_to_end/rig/screenshot.h"
+#include "tests/end_to_end/rig/scripted_opener.h"
+
+namespace end_to_end {
+namespace {
+
+// A display without a browser: what would be opened stands in the log.
+int tour(const std::string& programPath, const std::string& folder) {
+    const DesktopSession session;
+    if (session.failure()) {
+        std::fprintf(stderr, "The virtual display did not start: %s\n", session.failure()->c_str());
+        return 1;
+    }
+    const ScratchFolder home;
+    const ScriptedOpener opener;
+    Environment environment = session.environment();
+    environment["HOME"] = home.path();
+    environment["LC_ALL"] = "C.UTF-8";
+    environment["PATH"] = opener.searchPath();
+    Program program({.path = programPath, .environment = environment});
+    const AccessibleProgram window(program.pid());
+
+    bool went = !program.failure();
+    const auto picture = [&](const std::string& name) {
+        const std::string file = folder + "/" + name + ".png";
+        went = went && saveScreenshot(session.display(), file);
+        std::fprintf(stderr, "    %s\n", file.c_str());
+    };
+    const auto press = [&](const std::string& name) {
+        std::fprintf(stderr, "==> Pressing \"%s\"\n", name.c_str());
+        went = went && waitFor([&] {
+                   const auto button = window.button(name);
+                   return button && button->enabled() && button->press();
+               });
+    };
+    const auto see = [&](const std::string& text) {
+        went = went && waitFor([&] { return window.label(text).has_value(); });
+    };
+
+    went = went && waitFor([&] { return window.button("Detect Hardware").has_value(); });
+    picture("1-launch");
+    press("Detect Hardware");
+    see("Hardware detected successfully!");
+    picture("2-detected");
+    press("Send to Website");
+    see("Hardware data sent successfully! Opening website...");
+    picture("3-sent");
+    const auto exit = program.waitForExit();
+    went = went && exit == ExitStatus{ExitStatus::Kind::status, 0};
+
+    for (const std::string& line : program.log()) std::printf("%s\n", line.c_str());
+    if (!went) std::fprintf(stderr, "A step did not go well. The window, as it was:\n%s\n", window.tree().c_str());
+    return went ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace end_to_end
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: guided-tour PROGRAM FOLDER\n");
+        return 2;
+    }
+    return end_to_end::tour(argv[1], argv[2]);
+}

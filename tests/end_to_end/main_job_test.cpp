@@ -1,0 +1,304 @@
+// The main job, done with the real program from outside: detect, read the rows, send, have the page opened.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tests/end_to_end/rig/accessibility.h"
+#include "tests/end_to_end/rig/desktop_session.h"
+#include "tests/end_to_end/rig/keyboard.h"
+#include "tests/end_to_end/rig/program.h"
+#include "tests/end_to_end/rig/program_window.h"
+#include "tests/end_to_end/rig/scratch_folder.h"
+#include "tests/end_to_end/rig/scripted_machine.h"
+#include "tests/end_to_end/rig/scripted_opener.h"
+#include "tests/support/scripted_server.h"
+
+namespace end_to_end {
+namespace {
+
+using testSupport::answerBytes;
+using testSupport::RecordedRequest;
+using testSupport::Script;
+using testSupport::ScriptedServer;
+using testSupport::Send;
+
+constexpr const char* sysctl = "/usr/sbin/sysctl";
+constexpr const char* systemProfiler = "/usr/sbin/system_profiler";
+constexpr const char* df = "/bin/df";
+constexpr const char* stored = R"({"success": true, "hardware_id": 42, "redirect_url": "/results"})";
+
+DesktopSession& session() {
+    static DesktopSession theSession;
+    return theSession;
+}
+
+std::string base() { return "http://127.0.0.1:" + std::to_string(WEBSITE_PORT); }
+
+// Answers the reports by themselves and a submission by `submissionAnswer`.
+testSupport::Responder website(Script submissionAnswer) {
+    return [submissionAnswer = std::move(submissionAnswer)](const RecordedRequest& request) -> Script {
+        if (request.target() == "/api/track-install/") return {Send{answerBytes(200, R"({"created": true})")}};
+        if (request.target() == "/api/track-usage/") return {Send{answerBytes(200, "noted")}};
+        return submissionAnswer;
+    };
+}
+
+class MainJob : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(session().failure(), std::nullopt);
+        machine_.script(sysctl, R"(case "$2" in
+            machdep.cpu.brand_string) echo 'Apple M1 Pro' ;;
+            hw.memsize) echo 17179869184 ;;
+        esac)");
+        machine_.script(systemProfiler, R"(case "$1" in
+            SPHardwareDataType) printf 'Hardware:\n\n    Hardware Overview:\n\n      Chip: Apple M1 Pro Max\n' ;;
+            SPDisplaysDataType) printf '    Apple M1:\n\n      Chipset Model: Apple M1 GPU\n' ;;
+        esac)");
+        machine_.script(df, R"(printf 'Filesystem Size Used\n/dev/disk3s1s1 494G 9G\n')");
+    }
+
+    Program::Setting setting() {
+        Environment environment = session().environment();
+        environment["HOME"] = home_.path();
+        environment["LC_ALL"] = "C.UTF-8";
+        environment["PATH"] = opener_.searchPath();
+        return {.path = PROGRAM_PATH, .environment = environment, .mounts = machine_.mounts()};
+    }
+
+    [[nodiscard]] std::string settingsFile() const {
+        std::ifstream file(home_.path() / ".config/velmora/hardware-detector.conf");
+        std::ostringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+
+    ScratchFolder home_;
+    ScriptedMachine machine_;
+    ScriptedOpener opener_;
+};
+
+bool press(const AccessibleProgram& window, const std::string& name) {
+    return waitFor([&] {
+        const auto button = window.button(name);
+        return button && button->enabled() && button->press();
+    });
+}
+
+bool shows(const AccessibleProgram& window, const std::string& text) {
+    return waitFor([&] { return window.label(text).has_value(); });
+}
+
+std::string valueIn(const std::string& settings, const std::string& key) {
+    const std::size_t start = settings.find(key + "=");
+    if (start == std::string::npos) return "(absent)";
+    const std::size_t from = start + key.size() + 1;
+    return settings.substr(from, settings.find('\n', from) - from);
+}
+
+TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!")) << window.tree();
+    for (const char* text : {"OS:", "macOS", "Processor:", "Apple M1 Pro Max", "Graphics Card:", "Apple M1 GPU 4GB",
+                             "RAM:", "16 GB DDR4", "Storage:", "494 GB SSD"}) {
+        EXPECT_TRUE(window.label(text)) << text << "\n" << window.tree();
+    }
+    EXPECT_EQ(machine_.runs(),
+              (std::vector<std::string>{
+                  "/usr/sbin/sysctl -n machdep.cpu.brand_string", "/usr/sbin/system_profiler SPHardwareDataType",
+                  "/usr/sbin/sysctl -n hw.memsize", "/usr/sbin/system_profiler SPDisplaysDataType", "/bin/df -h /"}));
+
+    ASSERT_TRUE(press(window, "Send to Website"));
+    ASSERT_TRUE(opener_.waitForCalls(1));
+    EXPECT_EQ(opener_.calls(), (std::vector<std::vector<std::string>>{{base() + "/results?hardware_id=42"}}));
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+
+    const std::string deviceId = valueIn(settingsFile(), "com.velmora.device_id");
+    EXPECT_EQ(deviceId.size(), 36U);
+    const std::vector<std::string> log = program.log();
+    const std::vector<std::string> beforeUsage = {
+        "📤 Attempting to track install to: " + base() + "/api/track-install/",
+        "📤 Device ID: " + deviceId,
+        "📥 Response status: 200",
+        "✅ Install tracked successfully",
+        R"(   Response: {"created": true})",
+        "   📝 New install created",
+        "📤 Attempting to track usage to: " + base() + "/api/track-usage/",
+        "✅ Usage tracked successfully",
+        "   Response: noted",
+        "📤 Sending hardware data to: " + base() + "/save-detected-hardware/",
+        "📥 Response status: 200",
+        std::string("📥 Response body: ") + stored,
+        "✅ Opened URL: " + base() + "/results?hardware_id=42",
+        "📋 Hardware ID: 42",
+    };
+    EXPECT_EQ(log, beforeUsage);
+
+    const std::vector<RecordedRequest> requests = server.requests();
+    ASSERT_EQ(requests.size(), 3U);
+    EXPECT_EQ(requests[0].body(), R"({"platform":"mac","device_id":")" + deviceId + "\"}");
+    EXPECT_EQ(requests[2].requestLine(), "POST /save-detected-hardware/ HTTP/1.1");
+    EXPECT_EQ(requests[2].valuesOf("Content-Type"), std::vector<std::string>{"application/json"});
+    EXPECT_EQ(requests[2].body(),
+              R"({"profile_name":"My PC","os":"macOS","processor":"Apple M1 Pro Max",)"
+              R"("graphics_card":"Apple M1 GPU","ram_gb":16,"ram_type":"DDR4","ram_frequency":2666,)"
+              R"("storage_gb":494,"storage_type":"SSD","directx_version":"Not Applicable","gpu_memory":4})");
+}
+
+TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+    const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
+    ASSERT_TRUE(shown);
+    shown->giveKeyboard();
+    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+
+    Keyboard keyboard(session().display());
+    const auto tabTo = [&](const std::string& name) {
+        for (int presses = 0; presses < 6; ++presses) {
+            const auto focused = window.focused();
+            if (focused && focused->name() == name) return true;
+            const std::string before = focused ? focused->name() + focused->role() : "";
+            keyboard.press("Tab");
+            if (!waitFor([&] {
+                    const auto now = window.focused();
+                    return now && now->name() + now->role() != before;
+                })) {
+                return false;
+            }
+        }
+        return false;
+    };
+    ASSERT_TRUE(tabTo("Detect Hardware")) << window.tree();
+    keyboard.press("space");
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!")) << window.tree();
+    ASSERT_TRUE(tabTo("Send to Website")) << window.tree();
+    keyboard.press("space");
+    EXPECT_TRUE(opener_.waitForCalls(1));
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+}
+
+TEST_F(MainJob, AFailureKeepsTheProgramRunningWithAnErrorBanner) {
+    ScriptedServer server(website({Send{answerBytes(500, R"({"success": false, "error": "disk full"})")}}),
+                          WEBSITE_PORT);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+
+    ASSERT_TRUE(shows(window, "Error: Failed to send hardware data. Check the console for details."));
+    EXPECT_TRUE(program.waitForLine("❌ Server returned status: 500"));
+    EXPECT_TRUE(program.waitForLine("❌ Server returned error: disk full"));
+    EXPECT_TRUE(program.waitForLine("❌ Final error: disk full"));
+    EXPECT_TRUE(program.waitForLine("❌ Failed to send hardware data. Check the console output above for details."));
+    EXPECT_TRUE(opener_.calls().empty());
+    EXPECT_TRUE(window.button("Send to Website")->enabled());
+}
+
+TEST_F(MainJob, AConnectionThatDropsGetsTheRequestOnce) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+
+    ASSERT_TRUE(program.waitForLine("❌ Final error: Network error: The network connection was lost."));
+    EXPECT_EQ(server.requests().size(), 3U);  // Install, usage, and one submission.
+}
+
+TEST_F(MainJob, TheAddressTypedIsTheOneUsed) {
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!"));
+
+    ASSERT_TRUE(window.field());
+    EXPECT_EQ(window.field()->text(), base());
+    ASSERT_TRUE(window.field()->setText(""));
+    ASSERT_TRUE(waitFor([&] { return !window.button("Send to Website")->enabled(); }));
+    EXPECT_TRUE(window.button("Detect Hardware")->enabled());
+    ASSERT_TRUE(window.field()->setText(base() + "/"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+
+    ASSERT_TRUE(program.waitForLine("📤 Sending hardware data to: " + base() + "//save-detected-hardware/"));
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(server.requests().back().target(), "//save-detected-hardware/");
+}
+
+TEST_F(MainJob, ClosingTheWindowEndsTheProgramAtOnceWhileACommandHangs) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    machine_.hold(sysctl);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(machine_.waitForRuns(1));
+    ASSERT_TRUE(waitFor([&] { return window.button("Detecting...").has_value(); }));
+
+    const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
+    ASSERT_TRUE(shown);
+    shown->askToClose();
+
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+}
+
+TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
+    ScriptedServer server(website({testSupport::HoldOpen{}}), WEBSITE_PORT);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+    ASSERT_TRUE(server.waitForRequests(3));
+
+    const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
+    ASSERT_TRUE(shown);
+    shown->giveKeyboard();
+    Keyboard(session().display()).press("Ctrl+q");
+
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+}
+
+TEST_F(MainJob, TheDeviceIdAndTheDateOutliveTheProgram) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    for (int start = 0; start < 2; ++start) {
+        Program program(setting());
+        ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+    }
+
+    const std::vector<RecordedRequest> requests = server.requests();
+    ASSERT_EQ(requests.size(), 4U);
+    EXPECT_EQ(requests[0].body(), requests[2].body());
+    EXPECT_EQ(requests[1].body(), requests[3].body());
+    const std::string settings = settingsFile();
+    EXPECT_EQ(valueIn(settings, "com.velmora.install_tracked"), "1");
+    EXPECT_EQ(requests[3].body(), R"({"device_id":")" + valueIn(settings, "com.velmora.device_id") + R"(","date":")" +
+                                      valueIn(settings, "com.velmora.last_tracked_date") + "\"}");
+}
+
+TEST_F(MainJob, TheDateFollowsAThaiUsersCalendar) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    Program::Setting thai = setting();
+    thai.environment["LC_ALL"] = "th_TH.UTF-8";
+    Program program(thai);
+    ASSERT_TRUE(server.waitForRequests(2));
+
+    EXPECT_NE(server.requests()[1].body().find(R"("date":"25)"), std::string::npos) << server.requests()[1].body();
+}
+
+}  // namespace
+}  // namespace end_to_end
