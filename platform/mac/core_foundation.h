@@ -1,0 +1,46 @@
+// CoreFoundation's objects and texts in the hands of the macOS back ends.
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+namespace platform::coreFoundation {
+
+struct Release {
+    void operator()(CFTypeRef object) const { CFRelease(object); }
+};
+
+// A reference that is ours to release, as a function with "Create" or "Copy" in its name returns it. May be null.
+template <typename Reference>
+using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
+
+// False for null.
+[[nodiscard]] inline bool isString(CFTypeRef object) {
+    return object != nullptr && CFGetTypeID(object) == CFStringGetTypeID();
+}
+
+// The whole text in UTF-8, NUL characters included. Half a surrogate pair, which UTF-8 has no bytes for, becomes "?".
+[[nodiscard]] inline std::string utf8(CFStringRef string) {
+    constexpr UInt8 forWhatCannotBeWritten = '?';
+    const CFIndex length = CFStringGetLength(string);
+    const CFIndex capacity = CFStringGetMaximumSizeForEncoding(length, kCFStringEncodingUTF8);
+    std::string text(static_cast<std::size_t>(capacity), '\0');
+    CFIndex used = 0;
+    CFStringGetBytes(string, CFRangeMake(0, length), kCFStringEncodingUTF8, forWhatCannotBeWritten, false,
+                     reinterpret_cast<UInt8*>(text.data()), capacity, &used);
+    text.resize(static_cast<std::size_t>(used));
+    return text;
+}
+
+// Null when `text` is not UTF-8.
+[[nodiscard]] inline Owned<CFStringRef> cfString(const std::string& text) {
+    return Owned<CFStringRef>(CFStringCreateWithBytes(kCFAllocatorDefault,
+                                                      reinterpret_cast<const UInt8*>(text.data()),
+                                                      static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
+}
+
+}  // namespace platform::coreFoundation

@@ -1,0 +1,23 @@
+// Local dates by CFDateFormatter, which brings the calendar and the digits of Language & Region along.
+#include "platform/date.h"
+#include "platform/mac/core_foundation.h"
+
+namespace platform {
+
+using coreFoundation::Owned;
+
+std::string currentDate(const std::string& pattern) {
+    const Owned<CFStringRef> format = coreFoundation::cfString(pattern);
+    const Owned<CFLocaleRef> locale(CFLocaleCopyCurrent());
+    const Owned<CFDateFormatterRef> formatter(CFDateFormatterCreate(
+        kCFAllocatorDefault, locale.get(), kCFDateFormatterNoStyle, kCFDateFormatterNoStyle));
+    if (!format || !formatter) return {};
+
+    CFDateFormatterSetFormat(formatter.get(), format.get());
+    const Owned<CFStringRef> date(CFDateFormatterCreateStringWithAbsoluteTime(kCFAllocatorDefault, formatter.get(),
+                                                                              CFAbsoluteTimeGetCurrent()));
+    if (!date) return {};
+    return coreFoundation::utf8(date.get());
+}
+
+}  // namespace platform
