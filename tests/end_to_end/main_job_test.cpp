@@ -1,6 +1,7 @@
 // The main job, done with the real program from outside: detect, read the rows, send, have the page opened.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -298,6 +299,127 @@ TEST_F(MainJob, TheDateFollowsAThaiUsersCalendar) {
     ASSERT_TRUE(server.waitForRequests(2));
 
     EXPECT_NE(server.requests()[1].body().find(R"("date":"25)"), std::string::npos) << server.requests()[1].body();
+}
+
+TEST_F(MainJob, TheDateFollowsAnEgyptianUsersDigits) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    Program::Setting egyptian = setting();
+    egyptian.environment["LC_ALL"] = "ar_EG.UTF-8";
+    Program program(egyptian);
+    ASSERT_TRUE(server.waitForRequests(2));
+
+    EXPECT_NE(server.requests()[1].body().find(R"("date":"٢٠)"), std::string::npos) << server.requests()[1].body();
+}
+
+TEST_F(MainJob, AMachineWithoutAnyOfTheCommandsShowsTheFixedValues) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    machine_.makeMissing(sysctl);
+    machine_.makeNotExecutable(systemProfiler);
+    machine_.makeMissing(df);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!"));
+    for (const char* text : {"macOS", "Unknown", "Unknown 4GB", "8 GB DDR4", "512 GB SSD"}) {
+        EXPECT_TRUE(window.label(text)) << text << "\n" << window.tree();
+    }
+}
+
+TEST_F(MainJob, AnOpenerThatFailsIsToldAndStillASuccess) {
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    opener_.exitWith(3);
+    Program program(setting());
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+
+    EXPECT_TRUE(program.waitForLine("❌ Failed to open URL: " + base() + "/results?hardware_id=42"));
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(program.log().back(), "❌ Failed to open URL: " + base() + "/results?hardware_id=42");
+}
+
+TEST_F(MainJob, ADesktopWithoutAnOpenerIsToldAndStillASuccess) {
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    opener_.makeMissing();
+    Program program(setting());
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+
+    EXPECT_TRUE(program.waitForLine("❌ Failed to open URL: " + base() + "/results?hardware_id=42"));
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+}
+
+TEST_F(MainJob, WhatCommandsComplainReachesNeitherTheRecordNorTheLog) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    machine_.script(sysctl, "echo complaint >&2; echo 17179869184; exit 1");
+    Program program(setting());
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+
+    ASSERT_TRUE(shows(window, "16 GB DDR4")) << window.tree();
+    EXPECT_TRUE(window.label("17179869184"));
+    EXPECT_EQ(program.bytes(Stream::output).find("complaint"), std::string::npos);
+    EXPECT_EQ(program.bytes(Stream::error).find("complaint"), std::string::npos);
+}
+
+TEST_F(MainJob, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    machine_.makeMissing("/etc/machine-id");  // So that each would draw an id of its own.
+    const Program::Setting both = setting();
+    Program first(both);
+    Program second(both);
+    ASSERT_TRUE(first.waitForLine("✅ Usage tracked successfully"));
+    ASSERT_TRUE(second.waitForLine("✅ Usage tracked successfully"));
+
+    EXPECT_EQ(first.log()[1], "📤 Device ID: " + valueIn(settingsFile(), "com.velmora.device_id"));
+    EXPECT_EQ(second.log()[1], first.log()[1]);
+}
+
+TEST_F(MainJob, ASettingsFolderThatCannotBeMadeLeavesOneIdForTheWholeRun) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    machine_.makeMissing("/etc/machine-id");
+    std::ofstream(home_.path() / ".config") << "a file where the folder should be";
+    Program program(setting());
+    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+
+    const std::vector<RecordedRequest> requests = server.requests();
+    ASSERT_EQ(requests.size(), 2U);
+    const std::string member = requests[0].body().substr(requests[0].body().find("\"device_id\""), 50);
+    EXPECT_NE(requests[1].body().find(member), std::string::npos) << requests[0].body() << requests[1].body();
+}
+
+TEST_F(MainJob, ACorruptSettingsFileIsNoReasonToStop) {
+    ScriptedServer server(website({}), WEBSITE_PORT);
+    std::filesystem::create_directories(home_.path() / ".config/velmora");
+    std::ofstream(home_.path() / ".config/velmora/hardware-detector.conf") << "\x01\xFF[[[\nno equals sign\n=\n";
+    Program program(setting());
+    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+    const std::string id = program.log()[1];
+    program.terminate();
+    ASSERT_TRUE(program.waitForExit());
+
+    Program later(setting());
+    ASSERT_TRUE(later.waitForLine("✅ Usage tracked successfully"));
+    EXPECT_EQ(later.log()[1], id);
+}
+
+TEST_F(MainJob, AnInstallReportThatIsNeverAnsweredIsGivenUpAndTheUsageGoesOut) {
+    ScriptedServer server(
+        [](const RecordedRequest& request) -> Script {
+            if (request.target() == "/api/track-install/") return {testSupport::HoldOpen{}};
+            return {Send{answerBytes(200, "noted")}};
+        },
+        WEBSITE_PORT);
+    Program program(setting());
+
+    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+    const std::vector<std::string> log = program.log();
+    ASSERT_GE(log.size(), 5U);
+    EXPECT_EQ(log[2], "❌ Install tracking error: The request timed out.");
+    EXPECT_EQ(log[4], "⚠️ Install tracking may have failed. Check the logs above.");
 }
 
 }  // namespace
