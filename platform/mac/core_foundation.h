@@ -38,8 +38,7 @@ using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
 
 // Null when `text` is not UTF-8.
 [[nodiscard]] inline Owned<CFStringRef> cfString(const std::string& text) {
-    return Owned<CFStringRef>(CFStringCreateWithBytes(kCFAllocatorDefault,
-                                                      reinterpret_cast<const UInt8*>(text.data()),
+    return Owned<CFStringRef>(CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(text.data()),
                                                       static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
 }
 

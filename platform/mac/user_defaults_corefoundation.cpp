@@ -1,5 +1,5 @@
-// The store in the user's preferences, which the program shares with its own `defaults` domain: the bundle's identifier,
-// or the program's name where there is no bundle.
+// The store in the user's preferences, in the domain of the bundle's identifier, or of the program's name where there
+// is no bundle. Keys and values are UTF-8; what is not is neither found nor stored.
 #include <cstdint>
 #include <limits>
 #include <locale>

@@ -149,8 +149,7 @@ std::string bytesOf(char32_t codePoint) {
     };
     if (codePoint < 0x80) return {static_cast<char>(codePoint)};
     if (codePoint < 0x800) return {static_cast<char>(0xC0 | codePoint >> 6), continuation(0)};
-    if (codePoint < 0x10000)
-        return {static_cast<char>(0xE0 | codePoint >> 12), continuation(6), continuation(0)};
+    if (codePoint < 0x10000) return {static_cast<char>(0xE0 | codePoint >> 12), continuation(6), continuation(0)};
     return {static_cast<char>(0xF0 | codePoint >> 18), continuation(12), continuation(6), continuation(0)};
 }
 
@@ -214,9 +213,8 @@ void record(const std::string& function, const std::string& arguments = {}) {
 
 std::vector<std::string> Mac::callsOf(std::string_view function) const {
     std::vector<std::string> found;
-    std::copy_if(calls.begin(), calls.end(), std::back_inserter(found), [function](std::string_view call) {
-        return call.substr(0, call.find('(')) == function;
-    });
+    std::copy_if(calls.begin(), calls.end(), std::back_inserter(found),
+                 [function](std::string_view call) { return call.substr(0, call.find('(')) == function; });
     return found;
 }
 
@@ -257,7 +255,8 @@ const mach_port_t kIOMasterPortDefault = 0;
 
 CFTypeID CFGetTypeID(CFTypeRef object) {
     const Object* known = livingObject(object, "CFGetTypeID");
-    return known == nullptr ? 0 : known->kind;
+    record("CFGetTypeID", known == nullptr ? "" : nameOf(known->kind));
+    return known == nullptr ? CFTypeID{0} : CFTypeID{known->kind};
 }
 
 void CFRelease(CFTypeRef object) {
@@ -289,6 +288,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
 }
 
 CFIndex CFStringGetLength(CFStringRef text) {
+    record("CFStringGetLength");
     return static_cast<CFIndex>(valueOf<std::u16string>(text, string, "CFStringGetLength").size());
 }
 
@@ -299,6 +299,7 @@ CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encod
 
 CFIndex CFStringGetBytes(CFStringRef text, CFRange range, CFStringEncoding encoding, UInt8 lossByte,
                          Boolean isExternalRepresentation, UInt8* buffer, CFIndex bufferSize, CFIndex* usedSize) {
+    record("CFStringGetBytes");
     expectUtf8(encoding, "CFStringGetBytes");
     EXPECT_FALSE(isExternalRepresentation);
     const auto whole = valueOf<std::u16string>(text, string, "CFStringGetBytes");
@@ -308,7 +309,8 @@ CFIndex CFStringGetBytes(CFStringRef text, CFRange range, CFStringEncoding encod
     }
     const std::u16string part =
         whole.substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length));
-    const auto room = buffer == nullptr ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(bufferSize);
+    const auto room =
+        buffer == nullptr ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(bufferSize);
 
     std::string bytes;
     std::size_t position = 0;

@@ -1,5 +1,5 @@
-// A Mac for tests on other systems: fakes of the macOS functions that the back ends call. They answer what the test says
-// and record each call. Their objects count references, and whatever breaks the rules of ownership fails the test.
+// A Mac for tests on other systems: fakes of the macOS functions that the back ends call. They answer what the test
+// says and record each call. Their objects count references, and whatever breaks the rules of ownership fails the test.
 //
 // For one thread.
 #pragma once

@@ -1,5 +1,5 @@
-// The part of CoreFoundation that the macOS back ends use, declared after its public documentation, so that they compile
-// where there is no macOS. What stands behind it is in recording_fakes.cpp.
+// The part of CoreFoundation that the macOS back ends use, declared after its public documentation, so that they
+// compile where there is no macOS. What stands behind it is in recording_fakes.cpp.
 #pragma once
 
 extern "C" {

@@ -1,0 +1,165 @@
+#include "tests/stand_ins/stand_ins.h"
+
+#include <cstdlib>
+#include <mutex>
+#include <thread>
+
+#include "platform/application.h"
+#include "platform/date.h"
+#include "platform/device_registry.h"
+#include "platform/log.h"
+#include "platform/process.h"
+#include "platform/user_defaults.h"
+#include "platform/uuid.h"
+#include "platform/workspace.h"
+
+namespace standIn {
+
+namespace {
+
+std::recursive_mutex mutex;
+std::vector<std::thread> sessionThreads;
+
+void happened(std::string event) {
+    const std::lock_guard lock(mutex);
+    machine().events.push_back(std::move(event));
+}
+
+void joinSession() {
+    std::vector<std::thread> threads;
+    {
+        const std::lock_guard lock(mutex);
+        threads.swap(sessionThreads);
+    }
+    for (std::thread& thread : threads) thread.join();
+}
+
+// The last test's threads have nobody to reset them.
+const struct JoinAtTheEnd {
+    ~JoinAtTheEnd() { joinSession(); }
+} joinAtTheEnd;
+
+void runAll(std::vector<platform::Work> Machine::*queue) {
+    while (!(machine().*queue).empty()) {
+        const platform::Work work = std::move((machine().*queue).front());
+        (machine().*queue).erase((machine().*queue).begin());
+        work();
+    }
+}
+
+}  // namespace
+
+HttpAnswer answered(int statusCode, std::string body) {
+    return {std::move(body), platform::HttpResponse{statusCode}, std::nullopt};
+}
+
+HttpAnswer failed(std::string description, std::string details) {
+    return {std::nullopt, std::nullopt, platform::HttpError{-1, std::move(description), std::move(details)}};
+}
+
+Machine& machine() {
+    static Machine theMachine;
+    return theMachine;
+}
+
+void reset() {
+    joinSession();
+    machine() = Machine();
+}
+
+void runMainQueue() { runAll(&Machine::mainQueue); }
+
+void runBackground() {
+    std::thread([] { runAll(&Machine::background); }).join();
+}
+
+}  // namespace standIn
+
+namespace platform {
+
+using standIn::machine;
+
+std::optional<std::string> standardOutputOf(const std::string& path, std::span<const std::string> arguments) {
+    std::string commandLine = path;
+    for (const std::string& argument : arguments) commandLine += " " + argument;
+    machine().commandsRun.push_back(commandLine);
+    const auto output = machine().commands.find(commandLine);
+    if (output == machine().commands.end()) return std::nullopt;
+    return output->second;
+}
+
+void httpSession::start(HttpRequest request, HttpCompletionHandler completionHandler) {
+    const std::lock_guard lock(standIn::mutex);
+    machine().requests.push_back(request);
+    standIn::happened("request " + request.url.absoluteString());
+    standIn::sessionThreads.emplace_back([request = std::move(request), handler = std::move(completionHandler)] {
+        const standIn::HttpAnswer answer = machine().website(request);
+        handler(answer.body, answer.response, answer.error);
+    });
+}
+
+bool openInBrowser(const Url& url) {
+    machine().pagesAsked.push_back(url.absoluteString());
+    standIn::happened("open " + url.absoluteString());
+    return machine().opensPages;
+}
+
+void application::run(const WindowGroup&) { std::abort(); }
+
+void application::terminate() { ++machine().terminations; }
+
+std::optional<std::string> platformUuid() {
+    ++machine().registryQueries;
+    return machine().platformUuid;
+}
+
+std::string randomUuid() { return "RANDOM-" + std::to_string(++machine().randomUuids); }
+
+std::optional<std::string> userDefaults::string(const std::string& key) {
+    const std::lock_guard lock(standIn::mutex);
+    const auto value = machine().defaults.find(key);
+    if (value == machine().defaults.end()) return std::nullopt;
+    return value->second;
+}
+
+void userDefaults::setString(const std::string& key, const std::string& value) {
+    const std::lock_guard lock(standIn::mutex);
+    machine().defaults[key] = value;
+    standIn::happened("store " + key);
+}
+
+void userDefaults::setBool(const std::string& key, bool value) { setString(key, value ? "1" : "0"); }
+
+std::string userDefaults::setStringIfAbsent(const std::string& key, const std::string& value) {
+    if (const auto present = string(key)) return *present;
+    setString(key, value);
+    return value;
+}
+
+std::string currentDate(const std::string& pattern) {
+    machine().datePatterns.push_back(pattern);
+    std::vector<std::string>& dates = machine().dates;
+    const std::string date = dates.front();
+    if (dates.size() > 1) dates.erase(dates.begin());
+    return date;
+}
+
+void mainQueue::async(Work work) {
+    const std::lock_guard lock(standIn::mutex);
+    machine().mainQueue.push_back(std::move(work));
+    standIn::happened("post");
+}
+
+void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
+    machine().delayed.emplace_back(delay, std::move(work));
+}
+
+void userInitiatedQueue::async(Work work) { machine().background.push_back(std::move(work)); }
+
+void log(std::string_view message) {
+    const std::lock_guard lock(standIn::mutex);
+    machine().log.emplace_back(message);
+    standIn::happened("log " + std::string(message));
+}
+
+}  // namespace platform

@@ -1,0 +1,77 @@
+// Scripted back ends of the platform headers: what they are asked is kept, what they answer is the test's to say.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/dispatch.h"
+#include "platform/http.h"
+
+namespace standIn {
+
+struct HttpAnswer {
+    std::optional<std::string> body;
+    std::optional<platform::HttpResponse> response;
+    std::optional<platform::HttpError> error;
+};
+
+// A whole answer, and none.
+[[nodiscard]] HttpAnswer answered(int statusCode, std::string body);
+[[nodiscard]] HttpAnswer failed(std::string description, std::string details = "details");
+
+// One machine for one test: made anew by reset().
+struct Machine {
+    // process.h: what a command line ("/bin/df -h /") prints; one that is not here cannot be started.
+    std::map<std::string, std::string> commands;
+    std::vector<std::string> commandsRun;
+
+    // http.h: asked for each request, on the session's thread.
+    std::function<HttpAnswer(const platform::HttpRequest&)> website = [](const auto&) { return failed("no website"); };
+    std::vector<platform::HttpRequest> requests;
+
+    // workspace.h
+    bool opensPages = true;
+    std::vector<std::string> pagesAsked;
+
+    // application.h
+    int terminations = 0;
+
+    // device_registry.h and uuid.h
+    std::optional<std::string> platformUuid = "PLATFORM-UUID";
+    int registryQueries = 0;
+    int randomUuids = 0;  // RANDOM-1, RANDOM-2, ...
+
+    // user_defaults.h: everything as text.
+    std::map<std::string, std::string> defaults;
+
+    // date.h: the texts of one call after another, the last one for all that follow.
+    std::vector<std::string> dates = {"2026-11-20"};
+    std::vector<std::string> datePatterns;
+
+    // dispatch.h: posted and not run yet.
+    std::vector<platform::Work> mainQueue;
+    std::vector<std::pair<std::chrono::milliseconds, platform::Work>> delayed;
+    std::vector<platform::Work> background;
+
+    // log.h
+    std::vector<std::string> log;
+
+    // What happened across services, in order: "log ...", "request PATH", "store KEY", "open URL", "post".
+    std::vector<std::string> events;
+};
+
+[[nodiscard]] Machine& machine();
+
+// Waits for what the session's thread still does, then starts afresh.
+void reset();
+
+// Runs everything posted so far and everything that this posts.
+void runMainQueue();
+void runBackground();  // On a thread of its own.
+
+}  // namespace standIn

@@ -1,0 +1,161 @@
+#include "submit/submission_response.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/stand_ins/stand_ins.h"
+
+namespace {
+
+using standIn::answered;
+using standIn::machine;
+using Lines = std::vector<std::string>;
+
+class SubmissionResponse : public testing::Test {
+  protected:
+    void SetUp() override { standIn::reset(); }
+
+    void handle(const standIn::HttpAnswer& answer) {
+        handleSubmissionAnswer(answer.body, answer.response, answer.error, submission_);
+        EXPECT_TRUE(submission_.completion.try_acquire());
+        EXPECT_FALSE(submission_.completion.try_acquire()) << "released more than once";
+    }
+
+    Submission submission_{"http://site.example/"};
+};
+
+TEST_F(SubmissionResponse, ATransportErrorIsAllThatCounts) {
+    handle({R"({"success":true})", platform::HttpResponse{200}, platform::HttpError{-1001, "too slow", "details"}});
+    EXPECT_EQ(machine().log, Lines{"❌ Network error: too slow"});
+    EXPECT_EQ(submission_.errorMessage, "Network error: too slow");
+    EXPECT_FALSE(submission_.succeeded);
+    EXPECT_TRUE(machine().mainQueue.empty());
+}
+
+TEST_F(SubmissionResponse, NoBodyIsAnError) {
+    handle({std::nullopt, platform::HttpResponse{200}, std::nullopt});
+    EXPECT_EQ(machine().log, (Lines{"📥 Response status: 200", "❌ No data in response"}));
+    EXPECT_EQ(submission_.errorMessage, "No data received");
+}
+
+TEST_F(SubmissionResponse, NoBodyAfterAnotherStatusReplacesTheMessage) {
+    handle({std::nullopt, platform::HttpResponse{503}, std::nullopt});
+    EXPECT_EQ(machine().log,
+              (Lines{"📥 Response status: 503", "❌ Server returned status: 503", "❌ No data in response"}));
+    EXPECT_EQ(submission_.errorMessage, "No data received");
+}
+
+TEST_F(SubmissionResponse, AResponseThatIsNotHttpGivesNoStatusLine) {
+    handle({"{}", std::nullopt, std::nullopt});
+    EXPECT_EQ(machine().log, (Lines{"📥 Response body: {}", "❌ Response missing 'success' field"}));
+}
+
+TEST_F(SubmissionResponse, AnEmptyBodyIsABodyThatIsNotJson) {
+    handle(answered(200, ""));
+    EXPECT_EQ(machine().log, (Lines{"📥 Response status: 200", "📥 Response body: ", "❌ Could not parse JSON response"}));
+    EXPECT_EQ(submission_.errorMessage, "Invalid JSON response");
+}
+
+TEST_F(SubmissionResponse, AnArrayIsNotAnAnswer) {
+    handle(answered(200, "[1]"));
+    EXPECT_EQ(submission_.errorMessage, "Invalid JSON response");
+}
+
+TEST_F(SubmissionResponse, ABodyThatIsNotUtf8IsNotLoggedButParsed) {
+    std::string wide;
+    for (const char character : std::string(R"({"success":true})")) wide += {character, '\0'};
+    wide.insert(0, "\xFF\xFE");
+    handle(answered(200, wide));
+    EXPECT_EQ(machine().log, Lines{"📥 Response status: 200"});
+    EXPECT_TRUE(submission_.succeeded);
+}
+
+TEST_F(SubmissionResponse, ABodyOfSeveralLinesIsLoggedVerbatim) {
+    handle(answered(200, "{\n \"success\": false\n}"));
+    EXPECT_EQ(machine().log[1], "📥 Response body: {\n \"success\": false\n}");
+}
+
+TEST_F(SubmissionResponse, AMissingSuccessIsAnError) {
+    handle(answered(200, R"({"ok":true})"));
+    EXPECT_EQ(machine().log, (Lines{"📥 Response status: 200", R"(📥 Response body: {"ok":true})",
+                                    "❌ Response missing 'success' field"}));
+    EXPECT_EQ(submission_.errorMessage, "Invalid response format");
+}
+
+TEST_F(SubmissionResponse, ASuccessThatIsTextOrAnotherNumberIsNoBoolean) {
+    for (const char* body : {R"({"success":"true"})", R"({"success":2})", R"({"success":null})"}) {
+        Submission submission{"http://site.example"};
+        handleSubmissionAnswer(body, platform::HttpResponse{200}, std::nullopt, submission);
+        EXPECT_EQ(submission.errorMessage, "Invalid response format") << body;
+        EXPECT_FALSE(submission.succeeded);
+    }
+}
+
+TEST_F(SubmissionResponse, ARefusalGivesTheWebsitesReason) {
+    handle(answered(200, R"({"success":false,"error":"full"})"));
+    EXPECT_EQ(machine().log.back(), "❌ Server returned error: full");
+    EXPECT_EQ(submission_.errorMessage, "full");
+    EXPECT_TRUE(machine().mainQueue.empty());
+}
+
+TEST_F(SubmissionResponse, ARefusalWithoutAReasonIsAnUnknownError) {
+    for (const char* body : {R"({"success":false})", R"({"success":false,"error":7})"}) {
+        Submission submission{"http://site.example"};
+        handleSubmissionAnswer(body, platform::HttpResponse{200}, std::nullopt, submission);
+        EXPECT_EQ(machine().log.back(), "❌ Server returned error: Unknown error");
+        EXPECT_EQ(submission.errorMessage, "Unknown error");
+    }
+}
+
+TEST_F(SubmissionResponse, ASuccessOpensThePageOnTheMainQueue) {
+    handle(answered(200, R"({"success":true,"hardware_id":42,"redirect_url":"done"})"));
+    EXPECT_TRUE(submission_.succeeded);
+    EXPECT_EQ(submission_.errorMessage, std::nullopt);
+    EXPECT_TRUE(machine().pagesAsked.empty());
+
+    standIn::runMainQueue();
+    EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/done?hardware_id=42"});
+    EXPECT_EQ(machine().log[2], "✅ Opened URL: http://site.example/done?hardware_id=42");
+    EXPECT_EQ(machine().log[3], "📋 Hardware ID: 42");
+    EXPECT_EQ(machine().log.size(), 4U);
+}
+
+TEST_F(SubmissionResponse, WithoutAnIdTheLogSaysNone) {
+    handle(answered(200, R"({"success":true})"));
+    standIn::runMainQueue();
+    EXPECT_EQ(machine().log.back(), "📋 Hardware ID: none");
+}
+
+TEST_F(SubmissionResponse, ASuccessCountsWhateverTheStatus) {
+    handle(answered(500, R"({"success":true,"redirect_url":"done"})"));
+    EXPECT_TRUE(submission_.succeeded);
+    EXPECT_EQ(submission_.errorMessage, "Server error: HTTP 500");
+    EXPECT_EQ(machine().log, (Lines{"📥 Response status: 500", "❌ Server returned status: 500",
+                                    R"(📥 Response body: {"success":true,"redirect_url":"done"})"}));
+    standIn::runMainQueue();
+    EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/done"});
+}
+
+TEST_F(SubmissionResponse, ARedirectThatDoesNotParseIsWarnedOfAndTheBaseOpened) {
+    handle(answered(200, R"({"success":true,"redirect_url":"a b"})"));
+    EXPECT_EQ(machine().log.back(), "⚠️  Could not create valid URL from redirect: a b");
+    standIn::runMainQueue();
+    EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/"});
+}
+
+TEST_F(SubmissionResponse, NoUsablePageAtAllIsToldAndStillASuccess) {
+    Submission submission{"not a url"};
+    handleSubmissionAnswer(R"({"success":true})", platform::HttpResponse{200}, std::nullopt, submission);
+    EXPECT_TRUE(submission.succeeded);
+    EXPECT_EQ(machine().log.back(), "❌ Could not create any valid URL to open");
+    EXPECT_TRUE(machine().mainQueue.empty());
+}
+
+TEST_F(SubmissionResponse, APageThatTheDesktopRefusesIsToldWithoutTheId) {
+    machine().opensPages = false;
+    handle(answered(200, R"({"success":true,"hardware_id":42})"));
+    standIn::runMainQueue();
+    EXPECT_EQ(machine().log.back(), "❌ Failed to open URL: http://site.example/?hardware_id=42");
+    EXPECT_TRUE(submission_.succeeded);
+}
+
+}  // namespace
