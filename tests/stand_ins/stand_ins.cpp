@@ -62,6 +62,8 @@ Machine& machine() {
     return theMachine;
 }
 
+void waitForSession() { joinSession(); }
+
 void reset() {
     joinSession();
     machine() = Machine();

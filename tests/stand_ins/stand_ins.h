@@ -67,7 +67,10 @@ struct Machine {
 
 [[nodiscard]] Machine& machine();
 
-// Waits for what the session's thread still does, then starts afresh.
+// Waits until every answer has been handled.
+void waitForSession();
+
+// The same, then starts afresh.
 void reset();
 
 // Runs everything posted so far and everything that this posts.

@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include "tests/stand_ins/stand_ins.h"
+#include "tracking/app_tracker.h"
+
+namespace {
+
+using standIn::machine;
+
+constexpr const char* key = "com.velmora.device_id";
+
+class DeviceIdentity : public testing::Test {
+  protected:
+    void SetUp() override { standIn::reset(); }
+};
+
+TEST_F(DeviceIdentity, IsTheMachinesUuidStoredAtTheFirstRequest) {
+    EXPECT_EQ(AppTracker::getDeviceId(), "PLATFORM-UUID");
+    EXPECT_EQ(machine().defaults[key], "PLATFORM-UUID");
+}
+
+TEST_F(DeviceIdentity, DoesNotAskTheRegistryAgainOnceStored) {
+    EXPECT_EQ(AppTracker::getDeviceId(), "PLATFORM-UUID");
+    machine().platformUuid = "ANOTHER";
+    EXPECT_EQ(AppTracker::getDeviceId(), "PLATFORM-UUID");
+    EXPECT_EQ(machine().registryQueries, 1);
+}
+
+TEST_F(DeviceIdentity, IsWhateverTextIsStored) {
+    machine().defaults[key] = "no uuid at all";
+    EXPECT_EQ(AppTracker::getDeviceId(), "no uuid at all");
+    EXPECT_EQ(machine().registryQueries, 0);
+}
+
+TEST_F(DeviceIdentity, IsTheEmptyTextWhenThatIsStored) {
+    machine().defaults[key] = "";
+    EXPECT_EQ(AppTracker::getDeviceId(), "");
+    EXPECT_EQ(machine().registryQueries, 0);
+    EXPECT_TRUE(machine().events.empty());
+}
+
+TEST_F(DeviceIdentity, IsARandomUuidKeptForGoodWhenTheMachineDoesNotTell) {
+    machine().platformUuid = std::nullopt;
+    EXPECT_EQ(AppTracker::getDeviceId(), "RANDOM-1");
+    EXPECT_EQ(machine().defaults[key], "RANDOM-1");
+    EXPECT_EQ(AppTracker::getDeviceId(), "RANDOM-1");
+}
+
+TEST_F(DeviceIdentity, IsTheSameAfterTheStoreWasClearedOnAMachineThatTells) {
+    const std::string before = AppTracker::getDeviceId();
+    machine().defaults.clear();
+    EXPECT_EQ(AppTracker::getDeviceId(), before);
+}
+
+TEST_F(DeviceIdentity, IsAnotherAfterTheStoreWasClearedOnAMachineThatDoesNot) {
+    machine().platformUuid = std::nullopt;
+    const std::string before = AppTracker::getDeviceId();
+    machine().defaults.clear();
+    EXPECT_NE(AppTracker::getDeviceId(), before);
+}
+
+TEST_F(DeviceIdentity, TakesTheRegistrysTextAsItIs) {
+    machine().platformUuid = " lower-case ";
+    EXPECT_EQ(AppTracker::getDeviceId(), " lower-case ");
+}
+
+TEST_F(DeviceIdentity, WritesNothingToTheLog) {
+    (void)AppTracker::getDeviceId();
+    EXPECT_TRUE(machine().log.empty());
+}
+
+}  // namespace

@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/stand_ins/stand_ins.h"
+#include "tracking/app_tracker.h"
+
+namespace {
+
+using standIn::answered;
+using standIn::machine;
+using Lines = std::vector<std::string>;
+
+constexpr const char* dateKey = "com.velmora.last_tracked_date";
+
+class UsageReport : public testing::Test {
+  protected:
+    void SetUp() override { standIn::reset(); }
+
+    // What is logged from the usage report's attempt on, with the usage answered so.
+    static Lines linesFor(const standIn::HttpAnswer& answer) {
+        machine().website = [answer](const platform::HttpRequest& request) {
+            return request.url.absoluteString().ends_with("/api/track-usage/") ? answer : answered(200, "ok");
+        };
+        AppTracker::trackUsage("http://site.example");
+        standIn::waitForSession();
+        const Lines& log = machine().log;
+        const auto attempt =
+            std::find(log.begin(), log.end(), "📤 Attempting to track usage to: http://site.example/api/track-usage/");
+        EXPECT_NE(attempt, log.end());
+        return Lines(attempt + 1, log.end());
+    }
+};
+
+TEST_F(UsageReport, TheFirstStartReportsAnInstallKeepsTheDateAndReportsAUsage) {
+    machine().website = [](const auto&) { return answered(200, "ok"); };
+
+    AppTracker::trackUsage("http://site.example/");
+    standIn::waitForSession();
+
+    Lines events;
+    for (const std::string& event : machine().events) {
+        if (!event.starts_with("log ")) events.push_back(event);
+    }
+    EXPECT_EQ(events, (Lines{"store com.velmora.device_id", "request http://site.example/api/track-install/",
+                             "store com.velmora.install_tracked", "store com.velmora.last_tracked_date",
+                             "request http://site.example/api/track-usage/"}));
+    EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
+    EXPECT_EQ(machine().registryQueries, 1);
+}
+
+TEST_F(UsageReport, PostsDeviceIdAndDateAndGivesUpAfterTenIdleSeconds) {
+    AppTracker::trackUsage("http://site.example");
+
+    ASSERT_EQ(machine().requests.size(), 2U);
+    const platform::HttpRequest& request = machine().requests[1];
+    EXPECT_EQ(request.url.absoluteString(), "http://site.example/api/track-usage/");
+    EXPECT_EQ(request.method, "POST");
+    EXPECT_EQ(request.headers,
+              (std::vector<std::pair<std::string, std::string>>{{"Content-Type", "application/json"}}));
+    EXPECT_EQ(request.body, R"({"device_id":"PLATFORM-UUID","date":"2026-11-20"})");
+    EXPECT_EQ(request.timeoutInterval, std::chrono::seconds(10));
+    EXPECT_EQ(machine().datePatterns, (Lines{"yyyy-MM-dd", "yyyy-MM-dd"}));
+}
+
+TEST_F(UsageReport, ASecondStartOnTheSameDayReportsBothAgainAndLeavesTheDate) {
+    machine().defaults[dateKey] = "2026-11-20";
+    AppTracker::trackUsage("http://site.example");
+
+    EXPECT_EQ(machine().requests.size(), 2U);
+    const Lines& events = machine().events;
+    EXPECT_EQ(std::count(events.begin(), events.end(), std::string("store ") + dateKey), 0);
+}
+
+TEST_F(UsageReport, AStartOnALaterDayReplacesTheDate) {
+    machine().defaults[dateKey] = "2026-11-19";
+    AppTracker::trackUsage("http://site.example");
+    EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
+    EXPECT_EQ(machine().requests.size(), 2U);
+}
+
+TEST_F(UsageReport, AcrossMidnightTheReportMayCarryTheNextDay) {
+    machine().dates = {"2026-11-20", "2026-11-21"};
+    AppTracker::trackUsage("http://site.example");
+    EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
+    EXPECT_EQ(machine().requests[1].body, R"({"device_id":"PLATFORM-UUID","date":"2026-11-21"})");
+}
+
+TEST_F(UsageReport, AFailedInstallReportDoesNotStopIt) {
+    machine().website = [](const auto&) { return standIn::failed("no network"); };
+    AppTracker::trackUsage("http://site.example");
+    EXPECT_EQ(machine().requests.size(), 2U);
+}
+
+TEST_F(UsageReport, AnAddressThatDoesNotParseIsToldInOneLineAndTheDateStillKept) {
+    AppTracker::trackUsage("a b");
+    EXPECT_EQ(machine().log.size(), 7U);
+    EXPECT_EQ(machine().log[5], "📤 Attempting to track usage to: a b/api/track-usage/");
+    EXPECT_EQ(machine().log[6], "❌ Error: Could not create usage tracking JSON data or URL");
+    EXPECT_TRUE(machine().requests.empty());
+    EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
+}
+
+TEST_F(UsageReport, AnAcceptedAnswerIsTold) {
+    EXPECT_EQ(linesFor(answered(200, "noted")), (Lines{"✅ Usage tracked successfully", "   Response: noted"}));
+}
+
+TEST_F(UsageReport, AnAcceptedAnswerWithoutReadableBodyIsNotTold) {
+    EXPECT_EQ(linesFor(answered(200, "\xFF")), Lines{});
+    standIn::reset();
+    EXPECT_EQ(linesFor({std::nullopt, platform::HttpResponse{200}, std::nullopt}), Lines{});
+}
+
+TEST_F(UsageReport, AnotherStatusIsToldWithItsBodyWhenReadable) {
+    EXPECT_EQ(linesFor(answered(201, "made")),
+              (Lines{"⚠️ Usage tracking returned status: 201", "   Response: made"}));
+    standIn::reset();
+    EXPECT_EQ(linesFor(answered(500, "\xFF")), Lines{"⚠️ Usage tracking returned status: 500"});
+}
+
+TEST_F(UsageReport, ATransportErrorIsToldWithoutDetails) {
+    EXPECT_EQ(linesFor(standIn::failed("no network")), Lines{"❌ Usage tracking error: no network"});
+}
+
+TEST_F(UsageReport, AResponseThatIsNotHttpIsNotTold) {
+    EXPECT_EQ(linesFor({"body", std::nullopt, std::nullopt}), Lines{});
+}
+
+}  // namespace
