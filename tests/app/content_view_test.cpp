@@ -1,0 +1,179 @@
+#include "app/content_view.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/app/outline.h"
+#include "tests/stand_ins/stand_ins.h"
+
+namespace {
+
+using standIn::machine;
+using StatusType = ContentView::StatusType;
+
+HardwareInfo record(const std::string& processor) {
+    return {"macOS", processor, "GPU", 16, "DDR4", 2666, 494, "SSD", "Not Applicable", 4};
+}
+
+class ContentViewFlows : public testing::Test {
+  protected:
+    void SetUp() override { standIn::reset(); }
+
+    // From the press to the outcome on the main queue.
+    static void finish() {
+        standIn::runBackground();
+        standIn::runMainQueue();
+    }
+
+    ContentView view_;
+};
+
+TEST_F(ContentViewFlows, StartWithTheInitialState) {
+    EXPECT_EQ(view_.websiteUrl.get(), "https://www.velmora.example");
+    EXPECT_FALSE(view_.detectedHardware.get());
+    EXPECT_FALSE(view_.isDetecting.get());
+    EXPECT_FALSE(view_.isSending.get());
+    EXPECT_EQ(view_.statusMessage.get(), "");
+    EXPECT_EQ(view_.statusType.get(), StatusType::info);
+}
+
+TEST_F(ContentViewFlows, StatusTypesHaveTheirOrderAndHash) {
+    EXPECT_EQ(static_cast<int>(StatusType::info), 0);
+    EXPECT_EQ(static_cast<int>(StatusType::success), 1);
+    EXPECT_EQ(static_cast<int>(StatusType::error), 2);
+    EXPECT_EQ(std::hash<StatusType>{}(StatusType::error), std::hash<StatusType>{}(StatusType::error));
+}
+
+TEST_F(ContentViewFlows, CopiesShareTheSameState) {
+    const ContentView copy = view_;
+    copy.statusMessage.set("seen by both");
+    EXPECT_EQ(view_.statusMessage.get(), "seen by both");
+}
+
+TEST_F(ContentViewFlows, DetectingHidesTheBannerAtOnceAndKeepsEverythingElse) {
+    view_.detectedHardware.set(record("old"));
+    view_.statusMessage.set("banner");
+    view_.statusType.set(StatusType::error);
+
+    view_.detectHardware();
+
+    EXPECT_TRUE(view_.isDetecting.get());
+    EXPECT_EQ(view_.statusMessage.get(), "");
+    EXPECT_EQ(view_.statusType.get(), StatusType::error);
+    EXPECT_EQ(view_.detectedHardware.get()->processor, "old");
+    EXPECT_TRUE(machine().commandsRun.empty());
+}
+
+TEST_F(ContentViewFlows, ADetectionEndsWithTheRecordAndTheSuccessBanner) {
+    machine().commands["/usr/sbin/sysctl -n machdep.cpu.brand_string"] = "new\n";
+    view_.detectHardware();
+    standIn::runBackground();
+    EXPECT_FALSE(view_.detectedHardware.get()) << "the main queue has not run yet";
+
+    standIn::runMainQueue();
+
+    EXPECT_EQ(view_.detectedHardware.get()->processor, "new");
+    EXPECT_FALSE(view_.isDetecting.get());
+    EXPECT_EQ(view_.statusMessage.get(), "Hardware detected successfully!");
+    EXPECT_EQ(view_.statusType.get(), StatusType::success);
+}
+
+TEST_F(ContentViewFlows, ADetectionOfNothingButFallbacksIsASuccessToo) {
+    view_.detectHardware();
+    finish();
+    EXPECT_EQ(view_.detectedHardware.get()->processor, "Unknown");
+    EXPECT_EQ(view_.statusMessage.get(), "Hardware detected successfully!");
+}
+
+TEST_F(ContentViewFlows, SendingWithoutARecordDoesNothing) {
+    view_.statusMessage.set("banner");
+    view_.sendToWebsite();
+    EXPECT_FALSE(view_.isSending.get());
+    EXPECT_EQ(view_.statusMessage.get(), "banner");
+    EXPECT_TRUE(machine().background.empty());
+    EXPECT_TRUE(machine().log.empty());
+}
+
+TEST_F(ContentViewFlows, SendingShowsTheInfoBannerEvenAfterASuccess) {
+    view_.detectedHardware.set(record("M1"));
+    view_.statusType.set(StatusType::success);
+    view_.sendToWebsite();
+    EXPECT_TRUE(view_.isSending.get());
+    EXPECT_EQ(view_.statusMessage.get(), "Sending hardware data...");
+    EXPECT_EQ(view_.statusType.get(), StatusType::info);
+    standIn::reset();
+}
+
+TEST_F(ContentViewFlows, ASuccessOpensThePageThenSaysSoAndQuitsTwoSecondsLater) {
+    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    view_.detectedHardware.set(record("M1"));
+    view_.sendToWebsite();
+    standIn::runBackground();
+    ASSERT_EQ(machine().mainQueue.size(), 2U);  // The page first, then the outcome.
+
+    standIn::runMainQueue();
+
+    EXPECT_EQ(machine().pagesAsked, std::vector<std::string>{"https://www.velmora.example"});
+    EXPECT_FALSE(view_.isSending.get());
+    EXPECT_EQ(view_.statusMessage.get(), "Hardware data sent successfully! Opening website...");
+    EXPECT_EQ(view_.statusType.get(), StatusType::success);
+    EXPECT_EQ(machine().log.back(), "📋 Hardware ID: none");
+    ASSERT_EQ(machine().delayed.size(), 1U);
+    EXPECT_EQ(machine().delayed[0].first, std::chrono::seconds(2));
+    EXPECT_EQ(machine().terminations, 0);
+    machine().delayed[0].second();
+    EXPECT_EQ(machine().terminations, 1);
+}
+
+TEST_F(ContentViewFlows, AFailureShowsTheErrorBannerAndStays) {
+    view_.detectedHardware.set(record("M1"));
+    view_.sendToWebsite();
+    finish();
+
+    EXPECT_FALSE(view_.isSending.get());
+    EXPECT_EQ(view_.statusMessage.get(), "Error: Failed to send hardware data. Check the console for details.");
+    EXPECT_EQ(view_.statusType.get(), StatusType::error);
+    EXPECT_EQ(machine().log.back(), "❌ Failed to send hardware data. Check the console output above for details.");
+    EXPECT_TRUE(machine().delayed.empty());
+}
+
+TEST_F(ContentViewFlows, TheAddressIsReadWhenTheWorkStarts) {
+    view_.detectedHardware.set(record("M1"));
+    view_.sendToWebsite();
+    view_.websiteUrl.set("http://typed-meanwhile.example");
+    finish();
+    EXPECT_EQ(machine().requests.at(0).url.absoluteString(), "http://typed-meanwhile.example/save-detected-hardware/");
+}
+
+TEST_F(ContentViewFlows, TheRecordSentIsTheOneOfThePress) {
+    view_.detectedHardware.set(record("first"));
+    view_.sendToWebsite();
+    view_.detectedHardware.set(record("second"));
+    finish();
+    EXPECT_NE(machine().requests.at(0).body.find("first"), std::string::npos);
+}
+
+TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgainAndTheQuitStands) {
+    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    view_.detectedHardware.set(record("M1"));
+    view_.sendToWebsite();
+    finish();
+    view_.sendToWebsite();
+    EXPECT_TRUE(view_.isSending.get());
+    finish();
+    EXPECT_EQ(machine().requests.size(), 2U);
+    machine().delayed[0].second();
+    EXPECT_EQ(machine().terminations, 1);
+}
+
+TEST_F(ContentViewFlows, ADetectionAndASubmissionMayOverlap) {
+    view_.detectedHardware.set(record("old"));
+    view_.sendToWebsite();
+    view_.detectHardware();
+    EXPECT_TRUE(view_.isSending.get());
+    EXPECT_TRUE(view_.isDetecting.get());
+    finish();
+    EXPECT_EQ(view_.detectedHardware.get()->processor, "Unknown");
+    EXPECT_NE(machine().requests.at(0).body.find("old"), std::string::npos);
+}
+
+}  // namespace
