@@ -12,7 +12,7 @@ namespace platform {
 class Url {
   public:
     // Absent when `text` is empty or breaks the grammar: a blank, a control or non-ASCII character, a "%" without two
-    // hexadecimal digits, a bad port.
+    // hexadecimal digits, a scheme that begins with a digit.
     [[nodiscard]] static std::optional<Url> parse(std::string text);
 
     [[nodiscard]] const std::string& absoluteString() const { return text_; }

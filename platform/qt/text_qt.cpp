@@ -26,6 +26,11 @@ QStringConverter::Encoding toolkitEncoding(UnicodeEncoding encoding) {
     return QStringConverter::Utf8;
 }
 
+std::size_t unitSize(UnicodeEncoding encoding) {
+    const bool isUtf16 = encoding == UnicodeEncoding::utf16LittleEndian || encoding == UnicodeEncoding::utf16BigEndian;
+    return isUtf16 ? 2 : 4;
+}
+
 bool isWhitespace(char32_t character) {
     return character == U'\t' || character == U' ' || character == U'\u00A0' || character == U'\u1680' ||
            (character >= U'\u2000' && character <= U'\u200A') || character == U'\u202F' || character == U'\u205F' ||
@@ -100,6 +105,7 @@ std::optional<std::string> textFromUtf8(std::string_view bytes) {
 }
 
 std::optional<std::string> textFrom(UnicodeEncoding encoding, std::string_view bytes) {
+    if (bytes.size() % unitSize(encoding) != 0) return std::nullopt;  // The decoder would put a mark in its place.
     QStringDecoder decoder(toolkitEncoding(encoding), QStringConverter::Flag::Stateless);
     const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
     if (decoder.hasError() || !text.isValidUtf16()) return std::nullopt;

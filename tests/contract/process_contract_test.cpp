@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "platform/process.h"
+
+namespace {
+
+using platform::standardOutputOf;
+
+std::optional<std::string> shell(const std::string& text) {
+    const std::string arguments[] = {"-c", text};
+    return standardOutputOf("/bin/sh", arguments);
+}
+
+class Folder {
+  public:
+    Folder() {
+        std::string name = std::filesystem::temp_directory_path() / "process-contract-XXXXXX";
+        path_ = mkdtemp(name.data());
+    }
+    ~Folder() { std::filesystem::remove_all(path_); }
+
+    [[nodiscard]] std::string file(const std::string& text, unsigned mode) const {
+        const std::filesystem::path file = path_ / "command";
+        std::ofstream(file) << text;
+        chmod(file.c_str(), mode);
+        return file;
+    }
+    [[nodiscard]] std::string path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+TEST(Process, GivesTheWholeOutputHeaderAndLastLineBreakIncluded) {
+    const std::string arguments[] = {"-h", "/"};
+    const auto output = standardOutputOf("/bin/df", arguments);
+    ASSERT_TRUE(output);
+    EXPECT_EQ(output->rfind("Filesystem", 0), 0U);
+    EXPECT_EQ(output->back(), '\n');
+}
+
+TEST(Process, AMissingFileIsAbsent) { EXPECT_EQ(standardOutputOf("/nowhere/at/all", {}), std::nullopt); }
+
+TEST(Process, ADirectoryIsAbsent) { EXPECT_EQ(standardOutputOf(Folder().path(), {}), std::nullopt); }
+
+TEST(Process, AFileThatIsNotExecutableIsAbsent) {
+    const Folder folder;
+    EXPECT_EQ(standardOutputOf(folder.file("#!/bin/sh\necho x\n", 0644), {}), std::nullopt);
+}
+
+TEST(Process, AScriptThatNamesNoInterpreterIsAbsent) {
+    const Folder folder;
+    EXPECT_EQ(standardOutputOf(folder.file("echo x\n", 0755), {}), std::nullopt);
+}
+
+TEST(Process, NoNameIsLookedForInThePath) { EXPECT_EQ(standardOutputOf("sh", {}), std::nullopt); }
+
+TEST(Process, TheExitStatusDoesNotCount) { EXPECT_EQ(shell("echo line; exit 1"), "line\n"); }
+
+TEST(Process, WhatWasPrintedBeforeASignalCounts) { EXPECT_EQ(shell("echo line; kill -9 $$"), "line\n"); }
+
+TEST(Process, ACommandThatPrintsOnStandardErrorOnlyGivesTheEmptyText) { EXPECT_EQ(shell("echo x >&2"), ""); }
+
+TEST(Process, AMegabyteOnStandardErrorStopsNobody) {
+    EXPECT_EQ(shell("head -c 1048576 /dev/zero >&2; echo done"), "done\n");
+}
+
+TEST(Process, BytesArePassedOnAsTheyAre) { EXPECT_EQ(shell(R"(printf '\377\000a')"), std::string("\xFF\0a", 3)); }
+
+TEST(Process, AnOutputThatJustFitsThePipeIsGivenWhole) {
+    const auto output = shell("head -c 65536 /dev/zero");
+    ASSERT_TRUE(output);
+    EXPECT_EQ(output->size(), 65536U);
+}
+
+TEST(Process, ArgumentsArriveOneByOneAndUntouched) {
+    const Folder folder;
+    const std::string arguments[] = {"", "a b", "\"quoted\" '$HOME' *", "-n"};
+    EXPECT_EQ(standardOutputOf(folder.file("#!/bin/sh\nprintf '[%s]' \"$@\"\n", 0755), arguments),
+              "[][a b][\"quoted\" '$HOME' *][-n]");
+}
+
+TEST(Process, TheChildInheritsEnvironmentAndWorkingDirectory) {
+    setenv("PROCESS_CONTRACT", "value", 1);
+    EXPECT_EQ(shell("echo $PROCESS_CONTRACT; pwd"), "value\n" + std::filesystem::current_path().string() + "\n");
+}
+
+TEST(Process, TheChildHasNoDescriptorOfOurs) {
+    const int leaking = dup(STDERR_FILENO);
+    ASSERT_GT(leaking, STDERR_FILENO);
+    EXPECT_EQ(shell("test -e /proc/self/fd/" + std::to_string(leaking) + " && echo there; true"), "");
+    close(leaking);
+}
+
+TEST(Process, TheChildsErrorsGoToAPipeOfTheirOwn) {
+    EXPECT_EQ(shell("test -p /proc/self/fd/2 && test ! /proc/self/fd/1 -ef /proc/self/fd/2 && echo yes"), "yes\n");
+}
+
+TEST(Process, TheChildIsAProcessGroupOfItsOwn) {
+    EXPECT_EQ(shell("test $(ps -o pgid= -p $$) = $$ && echo own"), "own\n");
+}
+
+TEST(Process, TheChildHasItsSignalsAsAFreshProgram) {
+    std::signal(SIGPIPE, SIG_IGN);
+    EXPECT_EQ(shell("kill -PIPE $$; echo survived"), "");
+}
+
+TEST(Process, AGrandchildThatHoldsThePipeIsWaitedFor) {
+    EXPECT_EQ(shell("(sleep 0.2; echo late) & echo early"), "early\nlate\n");
+}
+
+TEST(Process, TwoAtOnceDoNotHoldEachOthersPipes) {
+    std::optional<std::string> slow;
+    std::thread other([&] { slow = shell("sleep 0.3; echo slow"); });
+    for (int round = 0; round < 20; ++round) EXPECT_EQ(shell("echo quick"), "quick\n");
+    other.join();
+    EXPECT_EQ(slow, "slow\n");
+}
+
+TEST(Process, LeavesNoDescriptorBehind) {
+    const auto openDescriptors = [] {
+        const std::filesystem::directory_iterator all("/proc/self/fd");
+        return std::distance(begin(all), end(all));
+    };
+    const auto before = openDescriptors();
+    for (int round = 0; round < 50; ++round) (void)standardOutputOf("/nowhere", {});
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+}  // namespace

@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include "platform/url.h"
+
+namespace {
+
+using platform::Url;
+
+TEST(Url, KeepsWhatItTakesByteForByte) {
+    for (const char* text : {"http://h",
+                             "http://h/",
+                             "HTTP://HOST/P",
+                             "http://h:",
+                             "http://h:99999/",
+                             "http://h:080/",
+                             "http://u:p@h/",
+                             "http://h/%2F%2f/../.",
+                             "http://h?q",
+                             "http://h/?",
+                             "http://h/#f",
+                             "http://h//a//",
+                             "//h/p",
+                             "/path/",
+                             "path",
+                             "?q",
+                             "#f",
+                             "..",
+                             "localhost:8080/x",
+                             "http://",
+                             "http:///x",
+                             "http:x",
+                             "http://[::1]:80/",
+                             "http://127.1/",
+                             "http://h/a'b(c)*!$&+,;=:@",
+                             "foo:bar",
+                             "http://%41/"}) {
+        const auto url = Url::parse(text);
+        ASSERT_TRUE(url) << text;
+        EXPECT_EQ(url->absoluteString(), text);
+    }
+}
+
+TEST(Url, RefusesWhatBreaksTheGrammar) {
+    for (const char* text : {"",
+                             " ",
+                             " http://h",
+                             "http://h ",
+                             "http://h/a b",
+                             "http://h/\t",
+                             "http://h/\n",
+                             "http://h/%",
+                             "http://h/%4",
+                             "http://h/%zz",
+                             "http://h/\xC3\xA9",
+                             "http://\xC3\xA9.example",
+                             "http://h/<",
+                             "http://h/\"",
+                             "http://h/\\",
+                             "http://h/^",
+                             "http://h/`",
+                             "http://h/{",
+                             "http://h/|",
+
+                             "1http://h",
+                             "h_t://x",
+                             "127.0.0.1:80",
+                             "http://h/#a#b",
+                             "http://h/[x]",
+                             "http://[::1"}) {
+        EXPECT_FALSE(Url::parse(text)) << text;
+    }
+}
+
+// The library leaves it to whoever connects to find that out.
+TEST(Url, TakesAPortThatIsNoNumber) { EXPECT_TRUE(Url::parse("http://h:abc")); }
+
+TEST(Url, RefusesANulCharacter) { EXPECT_FALSE(Url::parse(std::string("http://h/\0x", 11))); }
+
+TEST(Url, TakesAPathOfAHundredThousandCharacters) { EXPECT_TRUE(Url::parse("http://h/" + std::string(100000, 'a'))); }
+
+TEST(Url, NamesItsSchemeInLowerCaseAndItsHostAsWritten) {
+    EXPECT_EQ(Url::parse("HTTP://Host:1/p")->scheme(), "http");
+    EXPECT_EQ(Url::parse("HTTP://Host:1/p")->host(), "Host");
+    EXPECT_EQ(Url::parse("localhost:8080")->scheme(), "localhost");
+    EXPECT_EQ(Url::parse("/save-detected-hardware/")->scheme(), "");
+    EXPECT_EQ(Url::parse("http:///x")->host(), "");
+}
+
+}  // namespace
