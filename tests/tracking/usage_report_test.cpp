@@ -51,6 +51,7 @@ TEST_F(UsageReport, TheFirstStartReportsAnInstallKeepsTheDateAndReportsAUsage) {
 
 TEST_F(UsageReport, PostsDeviceIdAndDateAndGivesUpAfterTenIdleSeconds) {
     AppTracker::trackUsage("http://site.example");
+    standIn::waitForSession();
 
     ASSERT_EQ(machine().requests.size(), 2U);
     const platform::HttpRequest& request = machine().requests[1];
@@ -66,6 +67,7 @@ TEST_F(UsageReport, PostsDeviceIdAndDateAndGivesUpAfterTenIdleSeconds) {
 TEST_F(UsageReport, ASecondStartOnTheSameDayReportsBothAgainAndLeavesTheDate) {
     machine().defaults[dateKey] = "2026-11-20";
     AppTracker::trackUsage("http://site.example");
+    standIn::waitForSession();
 
     EXPECT_EQ(machine().requests.size(), 2U);
     const Lines& events = machine().events;
@@ -75,6 +77,7 @@ TEST_F(UsageReport, ASecondStartOnTheSameDayReportsBothAgainAndLeavesTheDate) {
 TEST_F(UsageReport, AStartOnALaterDayReplacesTheDate) {
     machine().defaults[dateKey] = "2026-11-19";
     AppTracker::trackUsage("http://site.example");
+    standIn::waitForSession();
     EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
     EXPECT_EQ(machine().requests.size(), 2U);
 }
@@ -82,6 +85,7 @@ TEST_F(UsageReport, AStartOnALaterDayReplacesTheDate) {
 TEST_F(UsageReport, AcrossMidnightTheReportMayCarryTheNextDay) {
     machine().dates = {"2026-11-20", "2026-11-21"};
     AppTracker::trackUsage("http://site.example");
+    standIn::waitForSession();
     EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
     EXPECT_EQ(machine().requests[1].body, R"({"device_id":"PLATFORM-UUID","date":"2026-11-21"})");
 }
@@ -89,11 +93,13 @@ TEST_F(UsageReport, AcrossMidnightTheReportMayCarryTheNextDay) {
 TEST_F(UsageReport, AFailedInstallReportDoesNotStopIt) {
     machine().website = [](const auto&) { return standIn::failed("no network"); };
     AppTracker::trackUsage("http://site.example");
+    standIn::waitForSession();
     EXPECT_EQ(machine().requests.size(), 2U);
 }
 
 TEST_F(UsageReport, AnAddressThatDoesNotParseIsToldInOneLineAndTheDateStillKept) {
     AppTracker::trackUsage("a b");
+    standIn::waitForSession();
     EXPECT_EQ(machine().log.size(), 7U);
     EXPECT_EQ(machine().log[5], "📤 Attempting to track usage to: a b/api/track-usage/");
     EXPECT_EQ(machine().log[6], "❌ Error: Could not create usage tracking JSON data or URL");
