@@ -1,19 +1,10 @@
 // The main job, done with the real program from outside: detect, read the rows, send, have the page opened.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
-#include "tests/end_to_end/rig/accessibility.h"
-#include "tests/end_to_end/rig/desktop_session.h"
 #include "tests/end_to_end/rig/keyboard.h"
-#include "tests/end_to_end/rig/program.h"
 #include "tests/end_to_end/rig/program_window.h"
-#include "tests/end_to_end/rig/scratch_folder.h"
-#include "tests/end_to_end/rig/scripted_machine.h"
-#include "tests/end_to_end/rig/scripted_opener.h"
-#include "tests/support/scripted_server.h"
+#include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
 namespace {
@@ -24,82 +15,10 @@ using testSupport::Script;
 using testSupport::ScriptedServer;
 using testSupport::Send;
 
-constexpr const char* sysctl = "/usr/sbin/sysctl";
-constexpr const char* systemProfiler = "/usr/sbin/system_profiler";
-constexpr const char* df = "/bin/df";
-constexpr const char* stored = R"({"success": true, "hardware_id": 42, "redirect_url": "/results"})";
-
-DesktopSession& session() {
-    static DesktopSession theSession;
-    return theSession;
-}
-
-std::string base() { return "http://127.0.0.1:" + std::to_string(WEBSITE_PORT); }
-
-// Answers the reports by themselves and a submission by `submissionAnswer`.
-testSupport::Responder website(Script submissionAnswer) {
-    return [submissionAnswer = std::move(submissionAnswer)](const RecordedRequest& request) -> Script {
-        if (request.target() == "/api/track-install/") return {Send{answerBytes(200, R"({"created": true})")}};
-        if (request.target() == "/api/track-usage/") return {Send{answerBytes(200, "noted")}};
-        return submissionAnswer;
-    };
-}
-
-class MainJob : public testing::Test {
-  protected:
-    void SetUp() override {
-        ASSERT_EQ(session().failure(), std::nullopt);
-        machine_.script(sysctl, R"(case "$2" in
-            machdep.cpu.brand_string) echo 'Apple M1 Pro' ;;
-            hw.memsize) echo 17179869184 ;;
-        esac)");
-        machine_.script(systemProfiler, R"(case "$1" in
-            SPHardwareDataType) printf 'Hardware:\n\n    Hardware Overview:\n\n      Chip: Apple M1 Pro Max\n' ;;
-            SPDisplaysDataType) printf '    Apple M1:\n\n      Chipset Model: Apple M1 GPU\n' ;;
-        esac)");
-        machine_.script(df, R"(printf 'Filesystem Size Used\n/dev/disk3s1s1 494G 9G\n')");
-    }
-
-    Program::Setting setting() {
-        Environment environment = session().environment();
-        environment["HOME"] = home_.path();
-        environment["LC_ALL"] = "C.UTF-8";
-        environment["PATH"] = opener_.searchPath();
-        return {.path = PROGRAM_PATH, .environment = environment, .mounts = machine_.mounts()};
-    }
-
-    [[nodiscard]] std::string settingsFile() const {
-        std::ifstream file(home_.path() / ".config/velmora/hardware-detector.conf");
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
-
-    ScratchFolder home_;
-    ScriptedMachine machine_;
-    ScriptedOpener opener_;
-};
-
-bool press(const AccessibleProgram& window, const std::string& name) {
-    return waitFor([&] {
-        const auto button = window.button(name);
-        return button && button->enabled() && button->press();
-    });
-}
-
-bool shows(const AccessibleProgram& window, const std::string& text) {
-    return waitFor([&] { return window.label(text).has_value(); });
-}
-
-std::string valueIn(const std::string& settings, const std::string& key) {
-    const std::size_t start = settings.find(key + "=");
-    if (start == std::string::npos) return "(absent)";
-    const std::size_t from = start + key.size() + 1;
-    return settings.substr(from, settings.find('\n', from) - from);
-}
+using MainJob = Surroundings;
 
 TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -153,7 +72,7 @@ TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
 }
 
 TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -189,7 +108,7 @@ TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
 
 TEST_F(MainJob, AFailureKeepsTheProgramRunningWithAnErrorBanner) {
     ScriptedServer server(website({Send{answerBytes(500, R"({"success": false, "error": "disk full"})")}}),
-                          WEBSITE_PORT);
+                          websitePort);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -207,7 +126,7 @@ TEST_F(MainJob, AFailureKeepsTheProgramRunningWithAnErrorBanner) {
 }
 
 TEST_F(MainJob, AConnectionThatDropsGetsTheRequestOnce) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -220,7 +139,7 @@ TEST_F(MainJob, AConnectionThatDropsGetsTheRequestOnce) {
 }
 
 TEST_F(MainJob, TheAddressTypedIsTheOneUsed) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -241,7 +160,7 @@ TEST_F(MainJob, TheAddressTypedIsTheOneUsed) {
 }
 
 TEST_F(MainJob, ClosingTheWindowEndsTheProgramAtOnceWhileACommandHangs) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     machine_.hold(sysctl);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
@@ -258,7 +177,7 @@ TEST_F(MainJob, ClosingTheWindowEndsTheProgramAtOnceWhileACommandHangs) {
 }
 
 TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
-    ScriptedServer server(website({testSupport::HoldOpen{}}), WEBSITE_PORT);
+    ScriptedServer server(website({testSupport::HoldOpen{}}), websitePort);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -275,7 +194,7 @@ TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
 }
 
 TEST_F(MainJob, TheDeviceIdAndTheDateOutliveTheProgram) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     for (int start = 0; start < 2; ++start) {
         Program program(setting());
         ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
@@ -292,7 +211,7 @@ TEST_F(MainJob, TheDeviceIdAndTheDateOutliveTheProgram) {
 }
 
 TEST_F(MainJob, TheDateFollowsAThaiUsersCalendar) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     Program::Setting thai = setting();
     thai.environment["LC_ALL"] = "th_TH.UTF-8";
     Program program(thai);
@@ -302,7 +221,7 @@ TEST_F(MainJob, TheDateFollowsAThaiUsersCalendar) {
 }
 
 TEST_F(MainJob, TheDateFollowsAnEgyptianUsersDigits) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     Program::Setting egyptian = setting();
     egyptian.environment["LC_ALL"] = "ar_EG.UTF-8";
     Program program(egyptian);
@@ -312,7 +231,7 @@ TEST_F(MainJob, TheDateFollowsAnEgyptianUsersDigits) {
 }
 
 TEST_F(MainJob, AMachineWithoutAnyOfTheCommandsShowsTheFixedValues) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     machine_.makeMissing(sysctl);
     machine_.makeNotExecutable(systemProfiler);
     machine_.makeMissing(df);
@@ -328,7 +247,7 @@ TEST_F(MainJob, AMachineWithoutAnyOfTheCommandsShowsTheFixedValues) {
 }
 
 TEST_F(MainJob, AnOpenerThatFailsIsToldAndStillASuccess) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
     opener_.exitWith(3);
     Program program(setting());
     const AccessibleProgram window(program.pid());
@@ -341,7 +260,7 @@ TEST_F(MainJob, AnOpenerThatFailsIsToldAndStillASuccess) {
 }
 
 TEST_F(MainJob, ADesktopWithoutAnOpenerIsToldAndStillASuccess) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), WEBSITE_PORT);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
     opener_.makeMissing();
     Program program(setting());
     const AccessibleProgram window(program.pid());
@@ -353,7 +272,7 @@ TEST_F(MainJob, ADesktopWithoutAnOpenerIsToldAndStillASuccess) {
 }
 
 TEST_F(MainJob, WhatCommandsComplainReachesNeitherTheRecordNorTheLog) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     machine_.script(sysctl, "echo complaint >&2; echo 17179869184; exit 1");
     Program program(setting());
     const AccessibleProgram window(program.pid());
@@ -366,7 +285,7 @@ TEST_F(MainJob, WhatCommandsComplainReachesNeitherTheRecordNorTheLog) {
 }
 
 TEST_F(MainJob, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     machine_.makeMissing("/etc/machine-id");  // So that each would draw an id of its own.
     const Program::Setting both = setting();
     Program first(both);
@@ -379,7 +298,7 @@ TEST_F(MainJob, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
 }
 
 TEST_F(MainJob, ASettingsFolderThatCannotBeMadeLeavesOneIdForTheWholeRun) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     machine_.makeMissing("/etc/machine-id");
     std::ofstream(home_.path() / ".config") << "a file where the folder should be";
     Program program(setting());
@@ -392,7 +311,7 @@ TEST_F(MainJob, ASettingsFolderThatCannotBeMadeLeavesOneIdForTheWholeRun) {
 }
 
 TEST_F(MainJob, ACorruptSettingsFileIsNoReasonToStop) {
-    ScriptedServer server(website({}), WEBSITE_PORT);
+    ScriptedServer server(website({}), websitePort);
     std::filesystem::create_directories(home_.path() / ".config/velmora");
     std::ofstream(home_.path() / ".config/velmora/hardware-detector.conf") << "\x01\xFF[[[\nno equals sign\n=\n";
     Program program(setting());
@@ -412,7 +331,7 @@ TEST_F(MainJob, AnInstallReportThatIsNeverAnsweredIsGivenUpAndTheUsageGoesOut) {
             if (request.target() == "/api/track-install/") return {testSupport::HoldOpen{}};
             return {Send{answerBytes(200, "noted")}};
         },
-        WEBSITE_PORT);
+        websitePort);
     Program program(setting());
 
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
