@@ -1,8 +1,8 @@
 #include "platform/qt/widgets/text_label.h"
 
 #include <QFontMetrics>
+#include <QPaintEvent>
 #include <QPainter>
-#include <QTextLayout>
 #include <QtMath>
 
 #include "platform/qt/widgets/palette.h"
@@ -14,16 +14,20 @@ namespace {
 constexpr int unlimitedWidth = 1 << 20;
 constexpr double disabledOpacity = 0.6;
 
-QString shownText(const QLabel& label) {
-    QString text = label.text();
-    return text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+// The toolkit looks for the end of a word from each of its lines anew, so that one of a megabyte would take minutes.
+constexpr int longestUnbrokenWord = 500;
+
+bool hasLongWord(const QString& text) {
+    int length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() ? 0 : length + 1;
+        if (length > longestUnbrokenWord) return true;
+    }
+    return false;
 }
 
 // Breaks the text into lines of `width` and returns the space they take.
 QSizeF breakIntoLines(QTextLayout& layout, int width) {
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
     qreal height = 0;
     qreal widest = 0;
     layout.beginLayout();
@@ -37,45 +41,73 @@ QSizeF breakIntoLines(QTextLayout& layout, int width) {
     return {widest, height};
 }
 
-QSize spaceFor(const QLabel& label, int width) {
-    QTextLayout layout(shownText(label), label.font());
-    const QSizeF space = breakIntoLines(layout, width);
-    return {qCeil(space.width()), qMax(qCeil(space.height()), label.fontMetrics().height())};
-}
-
 }  // namespace
 
 TextLabel::TextLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    policy.setHeightForWidth(true);
-    setSizePolicy(policy);
+    setWordWrap(true);  // The toolkit asks for the height at a width of no label that doesn't wrap.
 }
 
 void TextLabel::setContent(const Text& content, Color color) {
     const QFont newFont = toolkitFont(content.style, content.weight);
     const QString newText = QString::fromStdString(content.text);
     if (newFont != font()) setFont(newFont);
-    if (newText != text()) setText(newText);
+    if (newText != text()) {
+        forgetLines();
+        setText(newText);
+    }
     if (color != color_) {
         color_ = color;
         update();
     }
 }
 
-QSize TextLabel::sizeHint() const { return spaceFor(*this, unlimitedWidth); }
+void TextLabel::breakAt(int width) const {
+    if (width == brokenWidth_) return;
+    if (!brokenWidth_) {
+        lines_.setText(text().replace(QLatin1Char('\n'), QChar::LineSeparator));
+        lines_.setFont(font());
+        QTextOption option;
+        option.setWrapMode(hasLongWord(lines_.text()) ? QTextOption::WrapAnywhere
+                                                      : QTextOption::WrapAtWordBoundaryOrAnywhere);
+        lines_.setTextOption(option);
+    }
+    const QSizeF size = breakIntoLines(lines_, width);
+    brokenSize_ = {qCeil(size.width()), qMax(qCeil(size.height()), fontMetrics().height())};
+    brokenWidth_ = width;
+}
+
+void TextLabel::forgetLines() {
+    brokenWidth_.reset();
+    unbrokenSize_.reset();
+}
+
+QSize TextLabel::sizeHint() const {
+    if (!unbrokenSize_) {
+        breakAt(unlimitedWidth);
+        unbrokenSize_ = brokenSize_;
+    }
+    return *unbrokenSize_;
+}
 
 QSize TextLabel::minimumSizeHint() const { return {fontMetrics().averageCharWidth(), fontMetrics().height()}; }
 
-int TextLabel::heightForWidth(int width) const { return spaceFor(*this, width).height(); }
+int TextLabel::heightForWidth(int width) const {
+    breakAt(width);
+    return brokenSize_.height();
+}
 
-void TextLabel::paintEvent(QPaintEvent*) {
+void TextLabel::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) forgetLines();
+    QLabel::changeEvent(event);
+}
+
+void TextLabel::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     if (!isEnabled()) painter.setOpacity(disabledOpacity);
     painter.setPen(toolkitColor(color_, palette()));
-    QTextLayout layout(shownText(*this), font());
-    breakIntoLines(layout, width());
-    layout.draw(&painter, QPointF(0, 0));
+    breakAt(width());
+    lines_.draw(&painter, QPointF(0, 0), {}, event->rect());
 }
 
 }  // namespace platform

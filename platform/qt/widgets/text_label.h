@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QLabel>
+#include <QTextLayout>
+#include <optional>
 
 #include "platform/ui.h"
 
@@ -21,9 +23,19 @@ class TextLabel : public QLabel {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
+    // Breaks the text into lines of at most `width`. A window of long texts asks over and over again, mostly for the
+    // width it asked for last.
+    void breakAt(int width) const;
+    void forgetLines();
+
     Color color_ = Color::primary;
+    mutable QTextLayout lines_;  // Broken at brokenWidth_.
+    mutable std::optional<int> brokenWidth_;
+    mutable QSize brokenSize_;
+    mutable std::optional<QSize> unbrokenSize_;
 };
 
 }  // namespace platform

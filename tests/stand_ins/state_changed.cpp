@@ -1,4 +1,0 @@
-// For programs without a window: nobody to tell that the state has changed.
-#include "platform/ui.h"
-
-void platform::stateChanged() {}

@@ -1,0 +1,185 @@
+// What a person can do with the window: press, move on, move it, close it; and when it counts as opened.
+#include <QAccessible>
+#include <QMouseEvent>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+
+#include "tests/window/shown_window.h"
+
+namespace window_test {
+namespace {
+
+using standIn::machine;
+
+using WindowOperation = ShownWindow;
+
+int usagesReported() {
+    return static_cast<int>(
+        std::count_if(machine().requests.begin(), machine().requests.end(), [](const platform::HttpRequest& request) {
+            return request.url.absoluteString().find("track-usage") != std::string::npos;
+        }));
+}
+
+// Runs the event loop until something ends it; the exit status, or -1 when nothing does in good time.
+int exitStatusAfter(const std::function<void()>& action) {
+    QTimer::singleShot(0, qApp, action);
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, qApp, [] { QCoreApplication::exit(-1); });
+    limit.start(30'000);
+    return QCoreApplication::exec();
+}
+
+TEST_F(WindowOperation, SpaceReturnAndEnterPressTheFocusedButton) {
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        button("Detect Hardware")->setFocus();
+        QTest::keyClick(button("Detect Hardware"), key);
+        EXPECT_TRUE(view_.isDetecting.get());
+        settle();
+        finishWork();
+        EXPECT_FALSE(view_.isDetecting.get());
+    }
+}
+
+TEST_F(WindowOperation, AClickAnywhereOnAButtonPressesIt) {
+    QTest::mouseClick(button("Detect Hardware"), Qt::LeftButton, {}, QPoint(3, 3));
+    EXPECT_TRUE(view_.isDetecting.get());
+}
+
+TEST_F(WindowOperation, AClickOnAButtonsTextPressesIt) {
+    const QPoint onText = placeOf(label("Detect Hardware")).center();
+    QTest::mouseClick(window_.windowHandle(), Qt::LeftButton, {}, onText);
+    EXPECT_TRUE(view_.isDetecting.get());
+}
+
+TEST_F(WindowOperation, ADisabledButtonDoesNothing) {
+    QAbstractButton* detect = button("Detect Hardware");
+    detect->click();
+    settle();
+    QTest::mouseClick(detect, Qt::LeftButton);
+    QTest::keyClick(detect, Qt::Key_Space);
+    EXPECT_EQ(machine().background.size(), 1U);
+}
+
+TEST_F(WindowOperation, TabGoesFromTopToBottomAndRoundAgain) {
+    show(record());
+    field()->setFocus();
+    std::vector<QWidget*> order;
+    for (int steps = 0; steps < 4; ++steps) {
+        order.push_back(window_.focusWidget());
+        QTest::keyClick(window_.focusWidget(), Qt::Key_Tab);
+    }
+    ASSERT_GE(order.size(), 3U);
+    EXPECT_EQ(order[0], field());
+    EXPECT_EQ(order[1], button("Detect Hardware"));
+    for (std::size_t at = 1; at < order.size(); ++at) {
+        if (order[at] == field()) break;
+        EXPECT_GT(placeOf(order[at]).top(), placeOf(order[at - 1]).top());
+    }
+    EXPECT_NE(std::find(order.begin(), order.end(), button("Send to Website")), order.end());
+}
+
+TEST_F(WindowOperation, ClosingEndsTheApplicationWithZero) {
+    EXPECT_EQ(exitStatusAfter([this] { window_.close(); }), 0);
+}
+
+TEST_F(WindowOperation, CtrlQAndCtrlWEndTheApplicationWithZeroFromTheFieldToo) {
+    for (const Qt::Key key : {Qt::Key_Q, Qt::Key_W}) {
+        window_.show();
+        window_.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window_, 30'000));
+        field()->setFocus();
+        EXPECT_EQ(exitStatusAfter([this, key] { QTest::keyClick(field(), key, Qt::ControlModifier); }), 0);
+    }
+}
+
+TEST_F(WindowOperation, TheBackgroundMovesTheWindow) {
+    const QPoint before = window_.pos();
+    const QPoint grip(300, 490);
+    QTest::mousePress(&window_, Qt::LeftButton, {}, grip);
+    QMouseEvent dragged(QEvent::MouseMove, grip, window_.mapToGlobal(grip + QPoint(30, 20)), Qt::NoButton,
+                        Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&window_, &dragged);
+    QTest::mouseRelease(&window_, Qt::LeftButton, {}, grip);
+    EXPECT_EQ(window_.pos(), before + QPoint(30, 20));
+}
+
+TEST_F(WindowOperation, AppearsOnceWhenShownAndAgainAfterBeingHidden) {
+    EXPECT_EQ(usagesReported(), 1);
+    window_.hide();
+    settle();
+    EXPECT_EQ(usagesReported(), 1);
+    window_.show();
+    EXPECT_TRUE(QTest::qWaitFor([] { return usagesReported() == 2; }, 30'000));
+    settle();
+    EXPECT_EQ(usagesReported(), 2);
+}
+
+TEST_F(WindowOperation, EachAppearanceReportsToTheAddressOfThatMoment) {
+    field()->setText("http://typed.example");
+    window_.hide();
+    settle();
+    window_.show();
+    ASSERT_TRUE(QTest::qWaitFor([] { return usagesReported() == 2; }, 30'000));
+    EXPECT_EQ(machine().requests.back().url.absoluteString(), "http://typed.example/api/track-usage/");
+}
+
+TEST_F(WindowOperation, RepaintingReportsNothing) {
+    for (int frames = 0; frames < 5; ++frames) {
+        window_.update();
+        settle();
+    }
+    EXPECT_EQ(usagesReported(), 1);
+}
+
+// Stands in the way of every event of a window and notes the paintings.
+class PaintingWitness : public QObject {
+  public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) machine().events.emplace_back("painted");
+        return false;
+    }
+};
+
+TEST(WindowAppearance, ComesAfterTheFirstFrame) {
+    standIn::reset();
+    const ContentView view;
+    platform::Window window(
+        {.name = "Hardware Detector", .width = 600, .height = 500, .body = [view] { return view.body(); }});
+    PaintingWitness witness;
+    window.installEventFilter(&witness);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitFor([] { return usagesReported() == 1; }, 30'000));
+
+    ASSERT_FALSE(machine().events.empty());
+    EXPECT_EQ(machine().events.front(), "painted");
+}
+
+TEST_F(WindowOperation, AScreenReaderFindsPressesAndReads) {
+    show(record());
+    QAccessibleInterface* detect = QAccessible::queryAccessibleInterface(button("Detect Hardware"));
+    ASSERT_NE(detect, nullptr);
+    EXPECT_EQ(detect->role(), QAccessible::Button);
+    EXPECT_EQ(detect->text(QAccessible::Name), "Detect Hardware");
+    EXPECT_EQ(detect->childCount(), 0);
+    ASSERT_NE(detect->actionInterface(), nullptr);
+    detect->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    settle();
+    EXPECT_TRUE(view_.isDetecting.get());
+    EXPECT_TRUE(detect->state().disabled);
+    EXPECT_FALSE(detect->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+
+    QAccessibleInterface* address = QAccessible::queryAccessibleInterface(field());
+    ASSERT_NE(address, nullptr);
+    EXPECT_EQ(address->text(QAccessible::Name), "Website URL:");
+    address->setText(QAccessible::Value, "http://heard.example");
+    EXPECT_EQ(view_.websiteUrl.get(), "http://heard.example");
+
+    QAccessibleInterface* value = QAccessible::queryAccessibleInterface(label("16 GB DDR4"));
+    ASSERT_NE(value, nullptr);
+    EXPECT_EQ(value->text(QAccessible::Name), "16 GB DDR4");
+}
+
+}  // namespace
+}  // namespace window_test

@@ -1,0 +1,57 @@
+// The main view in a real window, with scripted services behind it, looked at by what is to be seen in it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QString>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/content_view.h"
+#include "platform/qt/window_qt.h"
+#include "tests/stand_ins/stand_ins.h"
+
+namespace window_test {
+
+[[nodiscard]] HardwareInfo record(const std::string& processor = "Apple M1 Pro");
+
+// A record whose every text is that long.
+[[nodiscard]] HardwareInfo recordOfLength(std::size_t length);
+
+// A window of its own for each test, shown and painted, its on-appear hook done.
+class ShownWindow : public testing::Test {
+  protected:
+    ShownWindow();
+
+    // Carries out everything that is due: the next frame, and what is posted to it.
+    static void settle();
+
+    // Every text to be seen, from top to bottom and leading to trailing: labels, the field's text, a button's label.
+    [[nodiscard]] std::vector<std::string> texts() const;
+
+    // Null while there is none such.
+    [[nodiscard]] QWidget* label(const std::string& text) const;
+    [[nodiscard]] QAbstractButton* button(const std::string& text) const;
+    [[nodiscard]] QLineEdit* field() const;
+    [[nodiscard]] QScrollArea* list() const;
+    // The nearest widget around both that has the banner's look: the parent of message and symbol and all around them.
+    [[nodiscard]] QWidget* bannerAround(const std::string& message) const;
+
+    // Where a widget stands in the window.
+    [[nodiscard]] QRect placeOf(const QWidget* widget) const;
+
+    // What the background and main queues hold, and then the next frame.
+    static void finishWork();
+
+    void show(const HardwareInfo& hardware);
+    void banner(ContentView::StatusType type, const std::string& message);
+
+    ContentView view_;
+    platform::Window window_;
+};
+
+}  // namespace window_test
