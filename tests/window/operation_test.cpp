@@ -151,6 +151,7 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     window.installEventFilter(&witness);
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([] { return usagesReported() == 1; }, 30'000));
+    standIn::waitForSession();
 
     ASSERT_FALSE(machine().events.empty());
     EXPECT_EQ(machine().events.front(), "painted");

@@ -38,6 +38,7 @@ ShownWindow::ShownWindow()
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window_, 30'000));
     EXPECT_TRUE(QTest::qWaitFor([] { return !standIn::machine().datePatterns.empty(); }, 30'000)) << "never appeared";
     settle();
+    standIn::waitForSession();
 }
 
 void ShownWindow::settle() {
