@@ -1,7 +1,8 @@
 // ContentView's layout. It reads like the window, from top to bottom.
+#include "app/content_view.h"
+
 #include <utility>
 
-#include "app/content_view.h"
 #include "app/hardware_row.h"
 #include "tracking/app_tracker.h"
 

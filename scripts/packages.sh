@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # The Debian 12 packages that the scripts beside this file need, by what they are for.
 
 build_packages=(
@@ -12,3 +13,5 @@ test_packages=(
     libgtest-dev libcpp-httplib-dev openssl
     libatspi2.0-dev libxtst-dev at-spi2-core dbus-daemon xvfb xauth procps
 )
+
+check_packages=(clang-format clang-tidy shellcheck)

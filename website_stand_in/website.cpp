@@ -125,7 +125,7 @@ WebAnswer Website::trackInstall(PostedObject& posted) {
     const std::string platformName = posted.text("platform");
     const std::string deviceId = posted.text("device_id");
     if (const auto complaint = posted.complaint()) return refusal(badRequest, *complaint);
-    if (platformName != "mac") return refusal(badRequest, "The member \"platform\" must be \"mac\".");
+    if (platformName != "mac") return refusal(badRequest, R"(The member "platform" must be "mac".)");
 
     const bool created = records_.installs.insert(deviceId).second;
     return jsonAnswer(ok, {{"created", JsonValue::Content(created)}});

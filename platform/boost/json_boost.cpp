@@ -1,11 +1,12 @@
 // JSON read and written by Boost.JSON.
+#include "platform/json.h"
+
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 #include <cmath>
 #include <utility>
 
-#include "platform/json.h"
 #include "platform/text.h"
 
 namespace platform {

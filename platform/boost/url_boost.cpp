@@ -1,10 +1,10 @@
 // URLs judged by Boost.URL.
+#include "platform/url.h"
+
 #include <algorithm>
 #include <boost/url/parse.hpp>
 #include <boost/url/url_view.hpp>
 #include <utility>
-
-#include "platform/url.h"
 
 namespace platform {
 

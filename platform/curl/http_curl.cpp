@@ -2,6 +2,8 @@
 //
 // The thread waits for its sockets itself instead of leaving that to libcurl, because only so does it see every single
 // sign of life of an exchange: libcurl's own limits don't count header bytes, or count averages over several seconds.
+#include "platform/http.h"
+
 #include <curl/curl.h>
 #include <fcntl.h>
 #include <ifaddrs.h>
@@ -28,7 +30,6 @@
 #include <vector>
 
 #include "platform/curl/content_coding_zlib.h"
-#include "platform/http.h"
 
 namespace platform {
 
@@ -270,7 +271,8 @@ bool addHeader(Exchange& exchange, const std::string& line) {
 bool addHeaders(Exchange& exchange) {
     for (const auto& [name, value] : exchange.request.headers) {
         // A name with nothing behind its colon would mean that the field is not wanted.
-        if (!addHeader(exchange, value.empty() ? name + ";" : name + ": " + value)) return false;
+        const std::string rest = value.empty() ? ";" : ": " + value;
+        if (!addHeader(exchange, name + rest)) return false;
     }
     // libcurl's own decoding fails on an answer in a coding that it does not know, instead of handing it over as it is.
     // And it would ask for permission before it sends a large body, which many servers never give.

@@ -1,4 +1,6 @@
 // Local dates by ICU, which alone of the libraries at hand knows the user's calendar and digits.
+#include "platform/date.h"
+
 #include <unicode/udat.h>
 #include <unicode/uloc.h>
 #include <unicode/unistr.h>
@@ -6,8 +8,6 @@
 #include <array>
 #include <cstdlib>
 #include <memory>
-
-#include "platform/date.h"
 
 namespace platform {
 

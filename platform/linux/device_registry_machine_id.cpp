@@ -2,11 +2,11 @@
 //
 // That identifier is confidential and must not leave the machine as it stands (machine-id(5)). What is handed out is
 // made of it by a keyed hash, in the way of sd_id128_get_machine_app_specific(3): stable, ours alone, and no way back.
+#include "platform/device_registry.h"
+
 #include <QFile>
 #include <QMessageAuthenticationCode>
 #include <QUuid>
-
-#include "platform/device_registry.h"
 
 namespace platform {
 

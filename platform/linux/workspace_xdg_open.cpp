@@ -2,6 +2,8 @@
 //
 // It is given the URL as it stands: the toolkit's own opening would rewrite it (host in lower case, escapes resolved)
 // and would call every opener that starts a success, also one that finds no browser.
+#include "platform/workspace.h"
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -16,8 +18,6 @@
 #include <string>
 #include <system_error>
 #include <thread>
-
-#include "platform/workspace.h"
 
 extern char** environ;
 

@@ -1,5 +1,6 @@
 // Local dates by CFDateFormatter, which brings the calendar and the digits of Language & Region along.
 #include "platform/date.h"
+
 #include "platform/mac/core_foundation.h"
 
 namespace platform {

@@ -1,7 +1,8 @@
 // The machine's UUID in the I/O Registry.
+#include "platform/device_registry.h"
+
 #include <IOKit/IOKitLib.h>
 
-#include "platform/device_registry.h"
 #include "platform/mac/core_foundation.h"
 
 // Since macOS 12 the port goes by another name, which older systems do not have.

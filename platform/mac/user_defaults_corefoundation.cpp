@@ -1,12 +1,13 @@
 // The store in the user's preferences, in the domain of the bundle's identifier, or of the program's name where there
 // is no bundle. Keys and values are UTF-8; what is not is neither found nor stored.
+#include "platform/user_defaults.h"
+
 #include <cstdint>
 #include <limits>
 #include <locale>
 #include <sstream>
 
 #include "platform/mac/core_foundation.h"
-#include "platform/user_defaults.h"
 
 namespace platform {
 

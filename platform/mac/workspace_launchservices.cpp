@@ -1,12 +1,13 @@
 // The default browser by Launch Services.
 //
 // It is given the URL as it stands; the toolkit's own opening would rewrite it.
+#include "platform/workspace.h"
+
 #include <CoreServices/CoreServices.h>
 
 #include <string>
 
 #include "platform/mac/core_foundation.h"
-#include "platform/workspace.h"
 
 namespace platform {
 

@@ -1,12 +1,12 @@
 // The log on file descriptor 1.
+#include "platform/log.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <string>
-
-#include "platform/log.h"
 
 namespace platform {
 

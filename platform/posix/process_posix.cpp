@@ -1,4 +1,6 @@
 // Child processes by posix_spawn.
+#include "platform/process.h"
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -11,8 +13,6 @@
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include "platform/process.h"
 
 extern char** environ;
 

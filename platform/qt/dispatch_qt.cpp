@@ -1,11 +1,11 @@
 // The main queue on Qt's event loop; the other one on threads.
+#include "platform/dispatch.h"
+
 #include <QCoreApplication>
 #include <QTimer>
 #include <system_error>
 #include <thread>
 #include <utility>
-
-#include "platform/dispatch.h"
 
 namespace platform {
 

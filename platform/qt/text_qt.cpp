@@ -1,12 +1,12 @@
 // Text by Qt: its decoders and its regular expressions. The white-space tables are our own, because the toolkit's
 // notion of white space includes line breaks.
+#include "platform/text.h"
+
 #include <QRegularExpression>
 #include <QString>
 #include <QStringDecoder>
 #include <algorithm>
 #include <charconv>
-
-#include "platform/text.h"
 
 namespace platform {
 
@@ -14,14 +14,10 @@ namespace {
 
 QStringConverter::Encoding toolkitEncoding(UnicodeEncoding encoding) {
     switch (encoding) {
-        case UnicodeEncoding::utf16LittleEndian:
-            return QStringConverter::Utf16LE;
-        case UnicodeEncoding::utf16BigEndian:
-            return QStringConverter::Utf16BE;
-        case UnicodeEncoding::utf32LittleEndian:
-            return QStringConverter::Utf32LE;
-        case UnicodeEncoding::utf32BigEndian:
-            return QStringConverter::Utf32BE;
+        case UnicodeEncoding::utf16LittleEndian: return QStringConverter::Utf16LE;
+        case UnicodeEncoding::utf16BigEndian: return QStringConverter::Utf16BE;
+        case UnicodeEncoding::utf32LittleEndian: return QStringConverter::Utf32LE;
+        case UnicodeEncoding::utf32BigEndian: return QStringConverter::Utf32BE;
     }
     return QStringConverter::Utf8;
 }

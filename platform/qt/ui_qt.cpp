@@ -1,8 +1,9 @@
 // A change of state brings every window up to date.
+#include "platform/ui.h"
+
 #include <QApplication>
 
 #include "platform/qt/window_qt.h"
-#include "platform/ui.h"
 
 namespace platform {
 

@@ -1,4 +1,6 @@
 // The store in QSettings' INI file: ~/.config/velmora/hardware-detector.conf.
+#include "platform/user_defaults.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -6,8 +8,6 @@
 #include <QSettings>
 #include <QVariant>
 #include <chrono>
-
-#include "platform/user_defaults.h"
 
 namespace platform {
 
@@ -49,7 +49,7 @@ class Store {
 // Each call has a QSettings of its own, because one of them is not for two threads; all share what is in memory. The
 // first one stays for good, and with it whatever could not be written to the disk.
 Store openStore() {
-    static Store* const keepsTheMemory = new Store;
+    static auto* const keepsTheMemory = new Store;
     static_cast<void>(keepsTheMemory);
     return {};
 }

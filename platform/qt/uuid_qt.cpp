@@ -1,6 +1,6 @@
-#include <QUuid>
-
 #include "platform/uuid.h"
+
+#include <QUuid>
 
 namespace platform {
 

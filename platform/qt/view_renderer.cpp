@@ -104,6 +104,7 @@ RenderedView::Inherited inside(const View& view, RenderedView::Inherited inherit
 
 std::vector<std::size_t> kindsOf(const std::vector<Modifier>& modifiers) {
     std::vector<std::size_t> kinds;
+    kinds.reserve(modifiers.size());
     for (const Modifier& modifier : modifiers) kinds.push_back(modifier.index());
     return kinds;
 }

@@ -23,7 +23,7 @@ class RenderedView {
     // Whether update() can take `view`: the same kind of element with the same kinds of modifiers.
     [[nodiscard]] bool fits(const View& view) const;
 
-    void update(const View& view, Inherited inherited);
+    void update(const View& view, Inherited surroundings);
 
     [[nodiscard]] QWidget* widget() const { return outermost_; }  // Null for an empty slot or a spacer.
     void remove();                                                // Takes the widgets away for good.

@@ -47,7 +47,8 @@ bool Window::event(QEvent* event) {
     // By now the frame has been handed over to the window system; what the hook blocks, it blocks with the window there
     // to be seen. It runs by itself, outside of the painting.
     if (event->type() == QEvent::UpdateRequest && std::exchange(appearsWithNextFrame_, false)) {
-        QMetaObject::invokeMethod(this, [this] { appear(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { appear(); }, Qt::QueuedConnection);
     }
     return handled;
 }

@@ -15,7 +15,7 @@ class TextLabel : public QLabel {
   public:
     explicit TextLabel(QWidget* parent);
 
-    void setContent(const Text& text, Color color);
+    void setContent(const Text& content, Color color);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
