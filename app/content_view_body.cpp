@@ -46,7 +46,8 @@ View statusBanner(const std::string& message, ContentView::StatusType type) {
         .padding()
         .stretch()
         .background(look.color, tint)
-        .cornerRadius(cornerRadius);
+        .cornerRadius(cornerRadius)
+        .announced();
 }
 
 View addressInput(const Cell<std::string>& websiteUrl) {

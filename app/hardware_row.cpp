@@ -10,8 +10,9 @@ constexpr int labelWidth = 120;  // However long the label is.
 
 View HardwareRow::body() const {
     return hstack({
-        View(Text{.text = label + ":", .weight = Weight::semibold}).frame(labelWidth, Alignment::leading),
-        View(Text{.text = value, .color = Color::secondary}),
-        spacer(),
-    });
+                      View(Text{.text = label + ":", .weight = Weight::semibold}).frame(labelWidth, Alignment::leading),
+                      View(Text{.text = value, .color = Color::secondary}),
+                      spacer(),
+                  })
+        .spokenAsOne();
 }

@@ -106,11 +106,14 @@ struct Foreground {  // The colour of every text and indicator inside that names
 struct Disabled {
     bool disabled;
 };
+struct Spoken {  // For a screen reader all inside is one, called by all its words; the parts can still be read by themselves.
+    bool announced;  // Said at once, too, whenever the words appear or change.
+};
 struct OnAppear {  // On the outermost view: called each time the window has come on screen, its first frame painted.
     std::function<void()> action;
 };
 
-using Modifier = std::variant<Padding, Stretch, Frame, Background, CornerRadius, Foreground, Disabled, OnAppear>;
+using Modifier = std::variant<Padding, Stretch, Frame, Background, CornerRadius, Foreground, Disabled, Spoken, OnAppear>;
 
 class View {
   public:
@@ -137,6 +140,8 @@ class View {
     [[nodiscard]] View cornerRadius(int radius) && { return std::move(*this).with(CornerRadius{radius}); }
     [[nodiscard]] View foreground(Color color) && { return std::move(*this).with(Foreground{color}); }
     [[nodiscard]] View disabled(bool isDisabled) && { return std::move(*this).with(Disabled{isDisabled}); }
+    [[nodiscard]] View spokenAsOne() && { return std::move(*this).with(Spoken{false}); }
+    [[nodiscard]] View announced() && { return std::move(*this).with(Spoken{true}); }
     [[nodiscard]] View onAppear(std::function<void()> action) && {
         return std::move(*this).with(OnAppear{std::move(action)});
     }

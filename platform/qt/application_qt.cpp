@@ -6,6 +6,7 @@
 #include <QApplication>
 
 #include "platform/qt/widgets/action_button.h"
+#include "platform/qt/widgets/spoken_group.h"
 #include "platform/qt/window_qt.h"
 
 namespace platform {
@@ -18,6 +19,7 @@ void application::run(const WindowGroup& scene) {
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
     installActionButtonAccessibility();
+    installSpokenGroupAccessibility();
 
     Window window(scene);
     window.show();

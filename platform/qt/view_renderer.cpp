@@ -7,6 +7,7 @@
 #include "platform/qt/widgets/box.h"
 #include "platform/qt/widgets/flexible_scroll_area.h"
 #include "platform/qt/widgets/spinner.h"
+#include "platform/qt/widgets/spoken_group.h"
 #include "platform/qt/widgets/symbol_icon.h"
 #include "platform/qt/widgets/text_label.h"
 
@@ -97,6 +98,14 @@ QString wordsOf(const View& view) {
     return words.join(QLatin1Char(' '));
 }
 
+// Whether something in a view says that work is under way.
+bool isBusy(const View& view) {
+    if (const auto* stack = std::get_if<Stack>(&view.element())) {
+        return std::any_of(stack->children.begin(), stack->children.end(), isBusy);
+    }
+    return std::holds_alternative<ProgressIndicator>(view.element());
+}
+
 RenderedView::Inherited inside(const View& view, RenderedView::Inherited inherited) {
     if (const auto* foreground = modifierOf<Foreground>(view)) inherited.foreground = foreground->color;
     return inherited;
@@ -138,7 +147,8 @@ void RenderedView::make(const View& view, QWidget* parent, Inherited inherited) 
     } else if (std::holds_alternative<Symbol>(element)) {
         own_ = new SymbolIcon(parent);
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
-        own_ = new QWidget(parent);
+        const auto* spoken = modifierOf<Spoken>(view);
+        own_ = spoken != nullptr ? new SpokenGroup(parent, spoken->announced) : new QWidget(parent);
         makeStack(*stack, inherited);
     } else if (const auto* button = std::get_if<Button>(&element)) {
         auto* made = new ActionButton(parent);
@@ -219,11 +229,12 @@ void RenderedView::update(const View& view, Inherited surroundings) {
         static_cast<SymbolIcon*>(own_)->setContent(*symbol);
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
         updateStack(*stack, inherited);
+        if (auto* group = dynamic_cast<SpokenGroup*>(own_)) group->setWords(wordsOf(view));
     } else if (const auto* button = std::get_if<Button>(&element)) {
         auto* made = static_cast<ActionButton*>(own_);
         const auto* disabled = modifierOf<Disabled>(view);
         children_.front().update(button->label.front(), inherited);
-        made->setContent(button->action, wordsOf(button->label.front()));
+        made->setContent(button->action, wordsOf(button->label.front()), isBusy(button->label.front()));
         made->setDisabledInPlace(disabled != nullptr && disabled->disabled);
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
         own_->setMaximumHeight(area->maximumHeight);

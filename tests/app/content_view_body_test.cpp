@@ -49,23 +49,23 @@ TEST_F(ContentViewBody, ListsTheHardwareInFiveRowsWithTheSendButtonBelow) {
     EXPECT_TRUE(shows(R"(  scroll max 200 | padding horizontal 16
     vstack leading 12 | padding all 16 | stretch leading | background gray 0.1 | corners 8
       text "Detected Hardware:" headline
-      hstack center 8
+      hstack center 8 | spoken as one
         text "OS:" body semibold | width 120 leading
         text "macOS" body secondary
         spacer
-      hstack center 8
+      hstack center 8 | spoken as one
         text "Processor:" body semibold | width 120 leading
         text "M1" body secondary
         spacer
-      hstack center 8
+      hstack center 8 | spoken as one
         text "Graphics Card:" body semibold | width 120 leading
         text "M1 GPU 8GB" body secondary
         spacer
-      hstack center 8
+      hstack center 8 | spoken as one
         text "RAM:" body semibold | width 120 leading
         text "16 GB DDR4" body secondary
         spacer
-      hstack center 8
+      hstack center 8 | spoken as one
         text "Storage:" body semibold | width 120 leading
         text "494 GB SSD" body secondary
         spacer
@@ -102,7 +102,7 @@ TEST_F(ContentViewBody, TheBannerLooksAsItsKindSays) {
         view_.statusType.set(row.type);
         view_.statusMessage.set("<b>words</b>");
         EXPECT_TRUE(shows(std::string("  hstack center 8 | padding all 16 | stretch center | ") + row.background +
-                          " | corners 8\n    " + row.symbol + "\n    text \"<b>words</b>\" subheadline primary\n"))
+                          " | corners 8 | announced\n    " + row.symbol + "\n    text \"<b>words</b>\" subheadline primary\n"))
             << outline();
     }
 }

@@ -59,6 +59,7 @@ struct ModifierText {
     std::string operator()(const CornerRadius& corners) const { return "corners " + std::to_string(corners.radius); }
     std::string operator()(const Foreground& foreground) const { return "foreground " + nameOf(foreground.color); }
     std::string operator()(const Disabled& disabled) const { return disabled.disabled ? "disabled" : "enabled"; }
+    std::string operator()(const Spoken& spoken) const { return spoken.announced ? "announced" : "spoken as one"; }
     std::string operator()(const OnAppear&) const { return "on appear"; }
 };
 

@@ -1,7 +1,9 @@
 // The main job, done with the real program from outside: detect, read the rows, send, have the page opened.
 #include <filesystem>
 #include <fstream>
+#include <future>
 
+#include "tests/end_to_end/rig/announcements.h"
 #include "tests/end_to_end/rig/keyboard.h"
 #include "tests/end_to_end/rig/program_window.h"
 #include "tests/end_to_end/surroundings.h"
@@ -104,6 +106,34 @@ TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
     keyboard.press("space");
     EXPECT_TRUE(opener_.waitForCalls(1));
     EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+}
+
+TEST_F(MainJob, AScreenReaderIsToldOfEachBanner) {
+    std::promise<void> sendingWasHeard;
+    ScriptedServer server(
+        [&, heard = sendingWasHeard.get_future().share()](const RecordedRequest& request) -> Script {
+            if (request.target() == "/save-detected-hardware/") heard.wait();
+            return {Send{answerBytes(500, "{}")}};
+        },
+        websitePort);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(waitFor([&] { return window.button("Detect Hardware").has_value(); }));
+    const Announcements announcements(program.pid());
+    const auto heard = [&](std::size_t count) {
+        return waitFor([&] { return announcements.words().size() >= count; });
+    };
+
+    EXPECT_TRUE(press(window, "Detect Hardware"));
+    EXPECT_TRUE(heard(1));
+    EXPECT_TRUE(press(window, "Send to Website"));
+    EXPECT_TRUE(heard(2));
+    sendingWasHeard.set_value();
+    EXPECT_TRUE(heard(3));
+    EXPECT_EQ(announcements.words(),
+              (std::vector<std::string>{"Hardware detected successfully!", "Sending hardware data...",
+                                        "Error: Failed to send hardware data. Check the console for details."}));
 }
 
 TEST_F(MainJob, AFailureKeepsTheProgramRunningWithAnErrorBanner) {

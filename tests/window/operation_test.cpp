@@ -1,8 +1,9 @@
 // What a person can do with the window: press, move on, move it, close it; and when it counts as opened.
-#include <QAccessible>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 #include <algorithm>
 
 #include "tests/window/shown_window.h"
@@ -80,6 +81,49 @@ TEST_F(WindowOperation, TabGoesFromTopToBottomAndRoundAgain) {
     EXPECT_NE(std::find(order.begin(), order.end(), button("Send to Website")), order.end());
 }
 
+TEST_F(WindowOperation, TheListIsScrolledByKeys) {
+    show(recordOfLength(1'000));
+    QScrollBar* bar = list()->verticalScrollBar();
+    list()->setFocus();
+    const auto valueAfter = [this, bar](Qt::Key key) {
+        QTest::keyClick(list(), key);
+        return bar->value();
+    };
+    const int line = valueAfter(Qt::Key_Down);
+    EXPECT_GT(line, 0);
+    EXPECT_GT(valueAfter(Qt::Key_PageDown), line);
+    EXPECT_EQ(valueAfter(Qt::Key_End), bar->maximum());
+    EXPECT_LT(valueAfter(Qt::Key_Up), bar->maximum());
+    EXPECT_EQ(valueAfter(Qt::Key_Home), 0);
+    EXPECT_EQ(valueAfter(Qt::Key_Space), bar->pageStep());
+}
+
+TEST_F(WindowOperation, TheListIsScrolledByWheelAndThumb) {
+    show(recordOfLength(1'000));
+    QScrollBar* bar = list()->verticalScrollBar();
+    QWidget* inside = list()->viewport();
+    const QPointF middle = QRectF(inside->rect()).center();
+    QWheelEvent notch(middle, inside->mapToGlobal(middle), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(inside, &notch);
+    EXPECT_GT(bar->value(), 0);
+
+    const QRect area = placeOf(list());
+    const QPoint top(area.right() - 5, area.top() + 5);
+    bar->setValue(0);
+    QTest::mousePress(window_.windowHandle(), Qt::LeftButton, {}, top);
+    QTest::mouseMove(window_.windowHandle(), QPoint(top.x(), area.bottom()));
+    EXPECT_EQ(bar->value(), bar->maximum());
+    QTest::mouseRelease(window_.windowHandle(), Qt::LeftButton, {}, QPoint(top.x(), area.bottom()));
+}
+
+TEST_F(WindowOperation, AListThatNeedsNoScrollingIsNoStopForTheTabKey) {
+    show(recordOfLength(1'000));
+    EXPECT_EQ(list()->focusPolicy(), Qt::TabFocus);
+    window_.setFixedHeight(800);
+    show(record());
+    EXPECT_EQ(list()->focusPolicy(), Qt::NoFocus);
+}
+
 TEST_F(WindowOperation, ClosingEndsTheApplicationWithZero) {
     EXPECT_EQ(exitStatusAfter([this] { window_.close(); }), 0);
 }
@@ -155,31 +199,6 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
 
     ASSERT_FALSE(machine().events.empty());
     EXPECT_EQ(machine().events.front(), "painted");
-}
-
-TEST_F(WindowOperation, AScreenReaderFindsPressesAndReads) {
-    show(record());
-    QAccessibleInterface* detect = QAccessible::queryAccessibleInterface(button("Detect Hardware"));
-    ASSERT_NE(detect, nullptr);
-    EXPECT_EQ(detect->role(), QAccessible::Button);
-    EXPECT_EQ(detect->text(QAccessible::Name), "Detect Hardware");
-    EXPECT_EQ(detect->childCount(), 0);
-    ASSERT_NE(detect->actionInterface(), nullptr);
-    detect->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    settle();
-    EXPECT_TRUE(view_.isDetecting.get());
-    EXPECT_TRUE(detect->state().disabled);
-    EXPECT_FALSE(detect->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
-
-    QAccessibleInterface* address = QAccessible::queryAccessibleInterface(field());
-    ASSERT_NE(address, nullptr);
-    EXPECT_EQ(address->text(QAccessible::Name), "Website URL:");
-    address->setText(QAccessible::Value, "http://heard.example");
-    EXPECT_EQ(view_.websiteUrl.get(), "http://heard.example");
-
-    QAccessibleInterface* value = QAccessible::queryAccessibleInterface(label("16 GB DDR4"));
-    ASSERT_NE(value, nullptr);
-    EXPECT_EQ(value->text(QAccessible::Name), "16 GB DDR4");
 }
 
 }  // namespace

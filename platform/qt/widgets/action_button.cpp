@@ -24,6 +24,12 @@ class ActionButtonAccessible : public QAccessibleWidget {
     [[nodiscard]] int indexOfChild(const QAccessibleInterface*) const override { return -1; }
     [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
 
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.busy = button()->isBusy();
+        return state;
+    }
+
     [[nodiscard]] QStringList actionNames() const override {
         QStringList names;
         if (button()->isEnabled()) names << pressAction();
@@ -40,7 +46,7 @@ class ActionButtonAccessible : public QAccessibleWidget {
     [[nodiscard]] QStringList keyBindingsForAction(const QString&) const override { return {}; }
 
   private:
-    [[nodiscard]] QAbstractButton* button() const { return static_cast<QAbstractButton*>(widget()); }
+    [[nodiscard]] ActionButton* button() const { return static_cast<ActionButton*>(widget()); }
 };
 
 QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
@@ -69,8 +75,14 @@ void ActionButton::setLabel(QWidget* label) {
     layout()->addWidget(label);
 }
 
-void ActionButton::setContent(std::function<void()> action, const QString& newText) {
+void ActionButton::setContent(std::function<void()> action, const QString& newText, bool isBusy) {
     action_ = std::move(action);
+    if (isBusy != std::exchange(isBusy_, isBusy)) {
+        QAccessible::State changed;
+        changed.busy = true;
+        QAccessibleStateChangeEvent busyChanged(this, changed);
+        QAccessible::updateAccessibility(&busyChanged);
+    }
     if (newText == text()) return;
     setText(newText);
     QAccessibleEvent renamed(this, QAccessible::NameChanged);

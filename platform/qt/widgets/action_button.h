@@ -14,7 +14,9 @@ class ActionButton : public QAbstractButton {
     void setLabel(QWidget* label);
 
     // `text` is what a screen reader calls the button: its label in words.
-    void setContent(std::function<void()> action, const QString& text);
+    void setContent(std::function<void()> action, const QString& text, bool isBusy);
+
+    [[nodiscard]] bool isBusy() const { return isBusy_; }
 
     // A button that is disabled while it has the focus keeps its turn: the focus does not jump to another element, and
     // it comes back unless the person has moved it meanwhile.
@@ -28,6 +30,7 @@ class ActionButton : public QAbstractButton {
 
   private:
     std::function<void()> action_;
+    bool isBusy_ = false;
     bool waitsForFocus_ = false;
 };
 

@@ -3,8 +3,11 @@
 
 #include <QScrollArea>
 
+#include "platform/qt/widgets/slim_scroll_bar.h"
+
 namespace platform {
 
+// While there is something to scroll it takes the focus, for the arrow and page keys.
 class FlexibleScrollArea : public QScrollArea {
   public:
     explicit FlexibleScrollArea(QWidget* parent);
@@ -13,7 +16,14 @@ class FlexibleScrollArea : public QScrollArea {
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    SlimScrollBar* bar_;
+    QWidget* focusRing_;
 };
 
 }  // namespace platform

@@ -1,0 +1,23 @@
+// Elements that a screen reader takes as one.
+#pragma once
+
+#include <QWidget>
+
+namespace platform {
+
+class SpokenGroup : public QWidget {
+  public:
+    // One that is announced is said by itself when it comes and when its words change.
+    SpokenGroup(QWidget* parent, bool isAnnounced);
+
+    void setWords(const QString& words);
+
+    [[nodiscard]] bool isAnnounced() const { return isAnnounced_; }
+
+  private:
+    bool isAnnounced_;
+};
+
+void installSpokenGroupAccessibility();
+
+}  // namespace platform

@@ -1,0 +1,43 @@
+#include "tests/end_to_end/rig/announcements.h"
+
+#include <atspi/atspi.h>
+
+#include <utility>
+
+namespace end_to_end {
+
+namespace {
+
+constexpr const char* eventType = "object:state-changed:showing";
+
+struct Listening {
+    pid_t program;
+    std::vector<std::string>* words;
+};
+
+void note(AtspiEvent* event, void* listening) {
+    const auto& [program, words] = *static_cast<Listening*>(listening);
+    const bool comes = event->detail1 != 0 && event->source != nullptr;
+    if (comes && atspi_accessible_get_role(event->source, nullptr) == ATSPI_ROLE_NOTIFICATION &&
+        atspi_accessible_get_process_id(event->source, nullptr) == static_cast<guint>(program)) {
+        gchar* name = atspi_accessible_get_name(event->source, nullptr);
+        words->emplace_back(name == nullptr ? "" : name);
+        g_free(name);
+    }
+    g_boxed_free(ATSPI_TYPE_EVENT, event);
+}
+
+void forget(void* listening) { delete static_cast<Listening*>(listening); }
+
+}  // namespace
+
+Announcements::Announcements(pid_t program) : program_(program) {
+    atspi_init();
+    listener_ = {atspi_event_listener_new(note, new Listening{program_, &words_}, forget),
+                 [](AtspiEventListener* held) { g_object_unref(held); }};
+    atspi_event_listener_register(listener_.get(), eventType, nullptr);
+}
+
+Announcements::~Announcements() { atspi_event_listener_deregister(listener_.get(), eventType, nullptr); }
+
+}  // namespace end_to_end

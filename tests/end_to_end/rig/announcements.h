@@ -1,0 +1,31 @@
+// What a screen reader says by itself: notifications that come on screen.
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+struct _AtspiEventListener;
+
+namespace end_to_end {
+
+// Listens while it lives. Events arrive during waitFor().
+class Announcements {
+  public:
+    explicit Announcements(pid_t program);
+    ~Announcements();
+    Announcements(const Announcements&) = delete;
+    Announcements& operator=(const Announcements&) = delete;
+
+    // The words of each, in their order.
+    const std::vector<std::string>& words() const { return words_; }
+
+  private:
+    pid_t program_;
+    std::vector<std::string> words_;
+    std::shared_ptr<_AtspiEventListener> listener_;
+};
+
+}  // namespace end_to_end
