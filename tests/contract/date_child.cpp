@@ -1,0 +1,6 @@
+// Prints the current date by the pattern it is given.
+#include "platform/date.h"
+
+#include <cstdio>
+
+int main(int, char** argv) { std::printf("%s\n", platform::currentDate(argv[1]).c_str()); }

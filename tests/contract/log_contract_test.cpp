@@ -1,0 +1,65 @@
+#include "platform/log.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+
+#include "tests/support/shell.h"
+
+namespace {
+
+using testSupport::quoted;
+using testSupport::shell;
+
+TEST(Log, ALineIsThereWhileTheProcessGoesOn) {
+    const testSupport::TemporaryFolder folder;
+    const std::string input = quoted(folder.path() / "input");
+    // The child waits for its input, which comes only once its line has been read.
+    const auto result = shell("mkfifo " + input + "; " CHILD_PATH " line-and-wait <" + input +
+                              " | { read line; echo \"read: $line\"; } & echo x >" + input + "; wait");
+    EXPECT_EQ(result.output, "read: here\n");
+}
+
+TEST(Log, BytesPassAsTheyAre) {
+    EXPECT_EQ(shell(CHILD_PATH " odd-bytes").output, std::string("nul \0 invalid \xFF\xFE end\n\n", 22));
+}
+
+TEST(Log, LinesOfSeveralThreadsNeverMix) {
+    std::istringstream lines(shell(CHILD_PATH " threads").output);
+    std::map<char, int> counts;
+    for (std::string line; std::getline(lines, line);) {
+        ASSERT_EQ(line, std::string(10'000, line.at(0)));
+        ++counts[line.at(0)];
+    }
+    EXPECT_EQ(counts.size(), 8U);
+    for (const auto& [letter, count] : counts) EXPECT_EQ(count, 50) << letter;
+}
+
+TEST(Log, WhatOthersPrintGoesToStandardError) {
+    const testSupport::TemporaryFolder folder;
+    const std::string error = quoted(folder.path() / "error");
+    EXPECT_EQ(shell(CHILD_PATH " strangers 2>" + error).output, "logged\n");
+    EXPECT_EQ(shell("cat " + error).output, "printed\nwritten\na child\n");
+}
+
+TEST(Log, AReaderThatHasGoneIsNoReasonToEnd) {
+    EXPECT_EQ(shell("(" CHILD_PATH " much; echo $? >&3) 3>&1 | true").output, "");
+    const testSupport::TemporaryFolder folder;
+    const std::string status = quoted(folder.path() / "status");
+    EXPECT_EQ(shell("(" CHILD_PATH " much; echo $? >" + status + ") | true; cat " + status).output, "0\n");
+}
+
+TEST(Log, AFullDeviceLosesTheLineAndNothingElse) { EXPECT_EQ(shell(CHILD_PATH " much >/dev/full").status, 0); }
+
+TEST(Log, AClosedStandardOutputLosesTheLineAndNothingElse) {
+    EXPECT_EQ(shell(CHILD_PATH " much >&-").status, 0);
+    EXPECT_EQ(shell(CHILD_PATH " much <&- >&- 2>&-").status, 0);
+}
+
+TEST(Log, AClosedStandardErrorLeavesTheLogAlone) {
+    EXPECT_EQ(shell(CHILD_PATH " strangers 2>&-").output, "logged\n");
+    EXPECT_EQ(shell(CHILD_PATH " strangers <&- 2>&-").output, "logged\n");
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+// Does with the store what its arguments say, and prints what it is told: "get KEY", "set KEY TEXT", "bool KEY 0|1",
+// "absent KEY TEXT" (setStringIfAbsent), "pause" (until a line comes in), one after another.
+#include "platform/user_defaults.h"
+
+#include <cstdio>
+#include <string>
+
+using namespace platform;
+
+int main(int argc, char** argv) {
+    for (int at = 1; at < argc; ++at) {
+        const std::string action = argv[at];
+        if (action == "pause") {
+            std::getchar();
+            continue;
+        }
+        const std::string key = argv[++at];
+        if (action == "get") {
+            const auto text = userDefaults::string(key);
+            std::printf("%s\n", text ? ("[" + *text + "]").c_str() : "none");
+        } else if (action == "set") {
+            userDefaults::setString(key, argv[++at]);
+        } else if (action == "bool") {
+            userDefaults::setBool(key, std::string(argv[++at]) == "1");
+        } else {
+            std::printf("[%s]\n", userDefaults::setStringIfAbsent(key, argv[++at]).c_str());
+        }
+        std::fflush(stdout);
+    }
+}

@@ -1,0 +1,169 @@
+#include "platform/user_defaults.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "tests/support/shell.h"
+
+namespace {
+
+using testSupport::quoted;
+using testSupport::shell;
+using testSupport::ShellResult;
+
+// A home of its own; each run is another process, as each start of the program is.
+class UserDefaults : public testing::Test {
+  protected:
+    [[nodiscard]] std::string child() const {
+        return "env -u XDG_CONFIG_HOME HOME=" + quoted(home_.path()) + " " CHILD_PATH " ";
+    }
+
+    [[nodiscard]] std::string run(const std::string& actions) const {
+        const ShellResult result = shell(child() + actions);
+        EXPECT_EQ(result.status, 0) << actions;
+        return result.output;
+    }
+
+    [[nodiscard]] std::filesystem::path folder() const { return home_.path() / ".config/velmora"; }
+    [[nodiscard]] std::filesystem::path file() const { return folder() / "hardware-detector.conf"; }
+
+    void writeFile(const std::string& text) const {
+        std::filesystem::create_directories(folder());
+        std::ofstream(file(), std::ios::binary) << text;
+    }
+    [[nodiscard]] std::string fileText() const {
+        std::ostringstream text;
+        text << std::ifstream(file(), std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    testSupport::TemporaryFolder home_;
+};
+
+TEST_F(UserDefaults, AKeyThatNobodySetIsAbsent) { EXPECT_EQ(run("get com.velmora.device_id"), "none\n"); }
+
+TEST_F(UserDefaults, AValueIsThereAtOnceAndInTheNextProcess) {
+    EXPECT_EQ(run("set com.velmora.device_id ABC get com.velmora.device_id"), "[ABC]\n");
+    EXPECT_EQ(run("get com.velmora.device_id"), "[ABC]\n");
+}
+
+TEST_F(UserDefaults, AValueIsOnDiskWhenTheCallReturns) {
+    // The process is killed by the very next thing it does.
+    const ShellResult result = shell("sh -c " + quoted(child() + "set key kept; kill -9 $$"));
+    EXPECT_NE(result.status, 0);
+    EXPECT_EQ(run("get key"), "[kept]\n");
+}
+
+TEST_F(UserDefaults, TextsComeBackByteForByte) {
+    for (const std::string& text :
+         {std::string(""), std::string(" leading and trailing "), std::string("a, b,c"),
+          std::string("\"quoted\" \\ %41"), std::string("line\nbreak\ttab"), std::string("@Variant(x)"),
+          std::string("@@"), std::string("déjà ٢٠ 🔍"), std::string("[section]"), std::string("a=b;c#d"),
+          std::string("true"), std::string("007"), std::string(10'000, 'x')}) {
+        EXPECT_EQ(run("set key " + quoted(text)), "");
+        EXPECT_EQ(run("get key"), "[" + text + "]\n");
+    }
+}
+
+TEST_F(UserDefaults, ABooleanReadsAsOneOrNought) {
+    EXPECT_EQ(run("bool yes 1 bool no 0 get yes get no"), "[1]\n[0]\n");
+    EXPECT_EQ(run("get yes get no"), "[1]\n[0]\n");
+}
+
+TEST_F(UserDefaults, AValueIsReplaced) { EXPECT_EQ(run("set key one set key two get key"), "[two]\n"); }
+
+TEST_F(UserDefaults, WhatAnotherProcessStoresIsSeenByARunningOne) {
+    const std::string gate = quoted(home_.path() / "gate");
+    const std::string script = "mkfifo " + gate + "; " + child() + "get key pause get key <" + gate +
+                               " | { read first; " + child() +
+                               "set key new; echo >&3; read then; echo $first $then; } 3>" + gate;
+    EXPECT_EQ(shell(script).output, "none [new]\n");
+}
+
+TEST_F(UserDefaults, NumbersAndListsAreReadAsText) {
+    writeFile("[General]\nnumber=42\nreal=1.5\ntruth=true\nlist=a, b\n");
+    EXPECT_EQ(run("get number get real get truth get list"), "[42]\n[1.5]\n[true]\n[a, b]\n");
+}
+
+TEST_F(UserDefaults, OtherKeysInTheFileAreKept) {
+    writeFile("[General]\nother=kept\n\n[another]\nkey=kept too\n");
+    EXPECT_EQ(run("set key new"), "");
+    EXPECT_NE(fileText().find("other=kept"), std::string::npos) << fileText();
+    EXPECT_NE(fileText().find("key=kept too"), std::string::npos) << fileText();
+}
+
+TEST_F(UserDefaults, TheFileIsForItsOwnerAlone) {
+    EXPECT_EQ(shell("umask 000; " + child() + "set key value").status, 0);
+    struct stat status {};
+    ASSERT_EQ(stat(file().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(UserDefaults, AFirstValueStandsAgainstLaterOnes) {
+    EXPECT_EQ(run("absent key first absent key second"), "[first]\n[first]\n");
+    EXPECT_EQ(run("absent key third"), "[first]\n");
+}
+
+TEST_F(UserDefaults, AnEmptyTextCountsAsAFirstValue) { EXPECT_EQ(run("set key '' absent key x"), "[]\n"); }
+
+TEST_F(UserDefaults, ProcessesThatStoreAFirstValueAtOnceAgree) {
+    for (int round = 0; round < 10; ++round) {
+        const std::string key = "key" + std::to_string(round);
+        std::string script;
+        for (const char* value : {"a", "b", "c", "d"}) script += child() + "absent " + key + " " + value + " & ";
+        std::istringstream lines(shell(script + "wait").output);
+        std::multiset<std::string> answers;
+        for (std::string line; std::getline(lines, line);) answers.insert(line);
+        ASSERT_EQ(answers.size(), 4U);
+        EXPECT_EQ(*answers.begin(), *answers.rbegin()) << "round " << round;
+        EXPECT_EQ(run("get " + key), *answers.begin() + "\n");
+    }
+}
+
+TEST_F(UserDefaults, ProcessesThatStoreDifferentKeysAtOnceLoseNone) {
+    std::string script;
+    for (int key = 0; key < 8; ++key) script += child() + "set key" + std::to_string(key) + " value & ";
+    EXPECT_EQ(shell(script + "wait").output, "");
+    for (int key = 0; key < 8; ++key) EXPECT_EQ(run("get key" + std::to_string(key)), "[value]\n") << key;
+}
+
+TEST_F(UserDefaults, ACorruptFileReadsAsNothingAndIsWrittenAnew) {
+    writeFile("\x01\xFF[[[\nno equals sign\n=\n%%%=%%%\n");
+    EXPECT_EQ(run("get key set key value get key"), "none\n[value]\n");
+    EXPECT_EQ(run("get key"), "[value]\n");
+}
+
+TEST_F(UserDefaults, AFolderThatCannotBeMadeKeepsValuesForTheLifeOfTheProcess) {
+    std::ofstream(home_.path() / ".config") << "in the way";
+    EXPECT_EQ(run("set key value get key absent other first absent other second"), "[value]\n[first]\n[first]\n");
+    EXPECT_EQ(run("get key"), "none\n");
+}
+
+TEST_F(UserDefaults, AFolderInTheFilesPlaceKeepsValuesForTheLifeOfTheProcess) {
+    std::filesystem::create_directories(file());
+    EXPECT_EQ(run("absent key value get key"), "[value]\n[value]\n");
+    EXPECT_EQ(run("get key"), "none\n");
+}
+
+TEST_F(UserDefaults, AProcessThatDiesWhileItStoresHoldsNobodyBack) {
+    std::filesystem::create_directories(folder());
+    // What it would leave behind while the file is written: the toolkit's lock, of a process that no longer runs.
+    std::ofstream(folder() / "hardware-detector.conf.lock") << "999999\nuser_defaults_child\n\n\n";
+    EXPECT_EQ(run("absent key value"), "[value]\n");
+    EXPECT_EQ(run("get key"), "[value]\n");
+}
+
+TEST_F(UserDefaults, AConfigurationFolderThatTheUserNamesIsUsed) {
+    const std::filesystem::path named = home_.path() / "named";
+    EXPECT_EQ(
+        shell("XDG_CONFIG_HOME=" + quoted(named) + " HOME=" + quoted(home_.path()) + " " CHILD_PATH " set key value")
+            .status,
+        0);
+    EXPECT_TRUE(std::filesystem::exists(named / "velmora/hardware-detector.conf"));
+}
+
+}  // namespace
