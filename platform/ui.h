@@ -106,14 +106,16 @@ struct Foreground {  // The colour of every text and indicator inside that names
 struct Disabled {
     bool disabled;
 };
-struct Spoken {  // For a screen reader all inside is one, called by all its words; the parts can still be read by themselves.
+struct Spoken {      // For a screen reader all inside is one, called by all its words; the parts can still be read by
+                     // themselves.
     bool announced;  // Said at once, too, whenever the words appear or change.
 };
 struct OnAppear {  // On the outermost view: called each time the window has come on screen, its first frame painted.
     std::function<void()> action;
 };
 
-using Modifier = std::variant<Padding, Stretch, Frame, Background, CornerRadius, Foreground, Disabled, Spoken, OnAppear>;
+using Modifier =
+    std::variant<Padding, Stretch, Frame, Background, CornerRadius, Foreground, Disabled, Spoken, OnAppear>;
 
 class View {
   public:

@@ -1,6 +1,7 @@
+#include "app/content_view.h"
+
 #include <gtest/gtest.h>
 
-#include "app/content_view.h"
 #include "app/hardware_detector_app.h"
 #include "app/website_base_url.h"
 #include "tests/app/outline.h"
@@ -102,7 +103,8 @@ TEST_F(ContentViewBody, TheBannerLooksAsItsKindSays) {
         view_.statusType.set(row.type);
         view_.statusMessage.set("<b>words</b>");
         EXPECT_TRUE(shows(std::string("  hstack center 8 | padding all 16 | stretch center | ") + row.background +
-                          " | corners 8 | announced\n    " + row.symbol + "\n    text \"<b>words</b>\" subheadline primary\n"))
+                          " | corners 8 | announced\n    " + row.symbol +
+                          "\n    text \"<b>words</b>\" subheadline primary\n"))
             << outline();
     }
 }

@@ -1,8 +1,8 @@
+#include "platform/json.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
-
-#include "platform/json.h"
 
 namespace {
 

@@ -1,3 +1,5 @@
+#include "platform/process.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,8 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <thread>
-
-#include "platform/process.h"
 
 namespace {
 

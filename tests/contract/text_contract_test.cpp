@@ -1,8 +1,8 @@
+#include "platform/text.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
-
-#include "platform/text.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "platform/url.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -13,22 +13,14 @@ enum Kind : CFTypeID { string = 1, number, boolean, array, dictionary, locale, d
 
 std::string nameOf(CFTypeID kind) {
     switch (kind) {
-        case string:
-            return "CFString";
-        case number:
-            return "CFNumber";
-        case boolean:
-            return "CFBoolean";
-        case array:
-            return "CFArray";
-        case dictionary:
-            return "CFDictionary";
-        case locale:
-            return "CFLocale";
-        case dateFormatter:
-            return "CFDateFormatter";
-        default:
-            return "CFURL";
+        case string: return "CFString";
+        case number: return "CFNumber";
+        case boolean: return "CFBoolean";
+        case array: return "CFArray";
+        case dictionary: return "CFDictionary";
+        case locale: return "CFLocale";
+        case dateFormatter: return "CFDateFormatter";
+        default: return "CFURL";
     }
 }
 

@@ -52,8 +52,8 @@ using Responder = std::function<Script(const RecordedRequest&)>;
 [[nodiscard]] std::string answerBytes(int statusCode, std::string_view body,
                                       const std::vector<std::string>& fields = {});
 
-// Listens on 127.0.0.1, on the port given or one that is free. A connection carries one request. All functions are safe from any
-// thread; the responder must be, too.
+// Listens on 127.0.0.1, on the port given or one that is free. A connection carries one request. All functions are safe
+// from any thread; the responder must be, too.
 class ScriptedServer {
   public:
     explicit ScriptedServer(Responder responder, int port = 0);
