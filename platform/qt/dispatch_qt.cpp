@@ -2,7 +2,10 @@
 #include "platform/dispatch.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QTimer>
+#include <deque>
+#include <mutex>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -14,11 +17,48 @@ namespace {
 // How soon a piece of work is offered again when the system has no thread to give.
 constexpr std::chrono::milliseconds secondTry{100};
 
+// Lives on the main thread, whose event loop has it run one piece for each event it was sent.
+//
+// The toolkit could keep the work itself, but hands it over by means that a thread sanitizer doesn't see, and this is
+// the one place where threads meet.
+class MainQueue : public QObject {
+  public:
+    MainQueue() { moveToThread(QCoreApplication::instance()->thread()); }
+
+    void post(Work work) {
+        {
+            const std::lock_guard lock(mutex_);
+            waiting_.push_back(std::move(work));
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::User) return QObject::event(event);
+        runNext();
+        return true;
+    }
+
+  private:
+    void runNext() {
+        Work next;
+        {
+            const std::lock_guard lock(mutex_);
+            next = std::move(waiting_.front());
+            waiting_.pop_front();
+        }
+        next();
+    }
+
+    std::mutex mutex_;
+    std::deque<Work> waiting_;
+};
+
 }  // namespace
 
-// The application object is the receiver of everything, so all of it arrives in the order in which it was posted.
 void mainQueue::async(Work work) {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(work), Qt::QueuedConnection);
+    static auto& queue = *new MainQueue;  // Never destroyed: threads may post until the process has ended.
+    queue.post(std::move(work));
 }
 
 void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
