@@ -74,10 +74,19 @@ Failure hideSocketsOfOtherDisplays() {
     return std::nullopt;
 }
 
+// Each X server writes its keyboard down here for a moment, in a file named after its display alone.
+Failure hideKeyboardsOfOtherDisplays() {
+    const char* const folder = "/var/lib/xkb";
+    if (access(folder, F_OK) != 0) return std::nullopt;
+    if (mount("tmpfs", folder, "tmpfs", 0, "mode=0777") != 0) return failed(std::string("mount ") + folder);
+    return std::nullopt;
+}
+
 Failure makeMountsOwn() {
     if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return failed("mount --make-rprivate /");
     if (mount("proc", "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, nullptr) != 0) return failed("mount /proc");
-    return hideSocketsOfOtherDisplays();
+    if (Failure failure = hideSocketsOfOtherDisplays()) return failure;
+    return hideKeyboardsOfOtherDisplays();
 }
 
 Failure raiseLoopback() {
