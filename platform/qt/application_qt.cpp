@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <cstdio>
 
 #include "platform/qt/widgets/action_button.h"
 #include "platform/qt/widgets/spoken_group.h"
@@ -11,11 +12,22 @@
 
 namespace platform {
 
+namespace {
+
+// The toolkit would abort, with a core dump, where there is merely no display to show a window on.
+void endWhereTheToolkitGivesUp(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+    if (type == QtFatalMsg) _exit(1);
+}
+
+}  // namespace
+
 void application::run(const WindowGroup& scene) {
     // The program takes no arguments, and so neither does the toolkit.
     int argumentCount = 1;
     char name[] = "hardware-detector";
     char* arguments[] = {name, nullptr};
+    qInstallMessageHandler(endWhereTheToolkitGivesUp);
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
     installActionButtonAccessibility();

@@ -19,7 +19,7 @@ namespace platform {
 namespace {
 
 // How long to wait for another process that is just at the file; after that, both are.
-constexpr std::chrono::seconds patience{10};
+constexpr std::chrono::seconds patience{3};
 constexpr std::chrono::milliseconds pause{1};
 
 QString folder() {

@@ -27,6 +27,9 @@ class DesktopSession {
 
     const std::string& display() const { return display_; }
 
+    // Takes the display away from whoever uses it. No other test of this process has one after that.
+    void endDisplay() { displayServer_.end(); }
+
     // The variables a program of this session has: those of the session itself, a PATH, and the options for sanitizers
     // that the test has been given. No home and no language: they are the test's to choose.
     Environment environment() const;
