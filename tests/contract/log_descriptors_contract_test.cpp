@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "tests/support/shell.h"
+
+namespace {
+
+using testSupport::quoted;
+using testSupport::shell;
+using testSupport::ShellResult;
+
+std::string textOf(const std::filesystem::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+TEST(LogDescriptors, AFileOpenedInAMissingDescriptorsPlaceGetsNoLine) {
+    for (const char* closed : {"<&-", ">&-", "2>&-", "<&- >&-", "<&- 2>&-", ">&- 2>&-", "<&- >&- 2>&-"}) {
+        const testSupport::TemporaryFolder folder;
+        const std::filesystem::path file = folder.path() / "file";
+        const ShellResult result = shell(CHILD_PATH " beside-a-file " + quoted(file) + " " + closed);
+        EXPECT_EQ(result.status, 0) << closed;
+        const bool hasOutput = std::string(closed).find(" >&-") == std::string::npos && closed[0] != '>';
+        EXPECT_EQ(result.output, hasOutput ? "logged\nlogged\nlogged\n" : "") << closed;
+        EXPECT_TRUE(std::filesystem::exists(file)) << closed;
+        EXPECT_EQ(textOf(file), "") << closed;
+    }
+}
+
+TEST(LogDescriptors, AChildOfTheProcessHasNoneOfTheLog) {
+    const testSupport::TemporaryFolder folder;
+    const std::filesystem::path log = folder.path() / "log";
+    const std::filesystem::path error = folder.path() / "error";
+    EXPECT_EQ(shell(CHILD_PATH " with-a-child >" + quoted(log) + " 2>" + quoted(error)).status, 0);
+
+    EXPECT_EQ(textOf(log), "logged\n");
+    const std::string descriptorsOfTheChild = textOf(error);
+    EXPECT_NE(descriptorsOfTheChild.find(" -> " + error.string() + "\n"), std::string::npos) << descriptorsOfTheChild;
+    EXPECT_EQ(descriptorsOfTheChild.find(" -> " + log.string() + "\n"), std::string::npos) << descriptorsOfTheChild;
+}
+
+TEST(LogDescriptors, ALineThatFoundNoRoomDoesNotTurnUpLater) {
+    const testSupport::TemporaryFolder folder;
+    const std::string disk = quoted(folder.path());
+    // A disk of four pages, all of them taken until the child removes the file that takes them.
+    const ShellResult result = shell("unshare --mount --map-root-user sh -c " +
+                                     quoted("mount -t tmpfs -o size=16k none " + disk + " && cd " + disk +
+                                            " && { head -c 100000 /dev/zero >ballast 2>/dev/null; " CHILD_PATH
+                                            " until-there-is-room ballast >log && cat log; }"));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "kept\n");
+}
+
+TEST(LogDescriptors, LinesLongerThanAPipeHoldsComeWhole) {
+    std::istringstream lines(shell(CHILD_PATH " long-and-short").output);
+    std::map<std::pair<std::size_t, char>, int> counts;
+    for (std::string line; std::getline(lines, line);) {
+        ASSERT_FALSE(line.empty());
+        ASSERT_EQ(line.find_first_not_of(line.at(0)), std::string::npos);
+        ++counts[{line.size(), line.at(0)}];
+    }
+    EXPECT_EQ(counts.size(), 8U);
+    for (const char letter : {'a', 'b', 'c', 'd'}) {
+        EXPECT_EQ((counts[{200'000, letter}]), 5) << letter;
+        EXPECT_EQ((counts[{1, letter}]), 5) << letter;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tests/support/shell.h"
+
+namespace {
+
+using testSupport::quoted;
+using testSupport::shell;
+using testSupport::ShellResult;
+
+class UserDefaultsOnDisk : public testing::Test {
+  protected:
+    void SetUp() override {
+        unsetenv("XDG_CONFIG_HOME");
+        setenv("HOME", home_.path().c_str(), 1);
+    }
+
+    [[nodiscard]] static std::string run(const std::string& actions) {
+        const ShellResult result = shell(CHILD_PATH " " + actions);
+        EXPECT_EQ(result.status, 0) << actions;
+        return result.output;
+    }
+
+    // With mounts of its own.
+    [[nodiscard]] static std::string runApart(const std::string& script) {
+        const ShellResult result = shell("unshare --mount --map-root-user sh -c " + quoted("set -e; " + script));
+        EXPECT_EQ(result.status, 0) << script;
+        return result.output;
+    }
+
+    [[nodiscard]] std::filesystem::path file() const { return home_.path() / ".config/velmora/hardware-detector.conf"; }
+    [[nodiscard]] unsigned mode() const {
+        struct stat status {};
+        EXPECT_EQ(stat(file().c_str(), &status), 0);
+        return status.st_mode & 0777U;
+    }
+
+    testSupport::TemporaryFolder home_;
+};
+
+TEST_F(UserDefaultsOnDisk, EveryTextComesBackByteForByteInTheNextProcess) {
+    const std::vector<std::string> texts = {"@ByteArray(x)",
+                                            "@Invalid()",
+                                            "@String(x)",
+                                            "@Rect(1 2 3 4)",
+                                            "@",
+                                            "\r\n",
+                                            "a\r\nb\n",
+                                            "\n",
+                                            "\x01\x1F\x7F",
+                                            " ",
+                                            "\t tab \t",
+                                            ",",
+                                            ", ",
+                                            "1,2",
+                                            "a,\"b\", c",
+                                            "\"",
+                                            "\"\"",
+                                            "'",
+                                            "\\",
+                                            "\\\\",
+                                            "\\x41\\n\\0",
+                                            "%",
+                                            "%%20%",
+                                            ";",
+                                            "#",
+                                            "=",
+                                            "[General]",
+                                            "$HOME `x` $(x)",
+                                            "0",
+                                            "-1.50",
+                                            "false",
+                                            "null",
+                                            "\xC2\xA0x",
+                                            "e\xCC\x81",
+                                            "\xE2\x80\xA8",
+                                            "\xEE\x80\x80",
+                                            "x\xEF\xBB\xBF",
+                                            "\xF0\x9F\x94\x8D",
+                                            std::string(100'000, 'y')};
+    std::string sets;
+    std::string gets;
+    std::string expected;
+    for (std::size_t at = 0; at < texts.size(); ++at) {
+        const std::string key = "key" + std::to_string(at);
+        sets += "set " + key + " " + quoted(texts[at]) + " ";
+        gets += "get " + key + " ";
+        expected += "[" + texts[at] + "]\n";
+    }
+    // The arguments of one command hold no more than this.
+    ASSERT_LT(sets.size(), 130'000U);
+    EXPECT_EQ(run(sets + gets), expected);
+    EXPECT_EQ(run(gets), expected);
+}
+
+// A text that begins with a byte order mark has one character more than one that does not.
+TEST_F(UserDefaultsOnDisk, DISABLED_AByteOrderMarkAtTheBeginningIsPartOfTheText) {
+    EXPECT_EQ(run("set key " + quoted("\xEF\xBB\xBFx") + " get key"), "[\xEF\xBB\xBFx]\n");
+}
+
+TEST_F(UserDefaultsOnDisk, KeysThatTheFileHasToEscapeAreKeptApart) {
+    const std::string gets = "get a.b_c get a/b get a get '%41' get A get 'ä key' get 'a=b' get '[x]' get '#'";
+    const std::string expected = "[1]\n[2]\n[3]\n[4]\n[5]\n[6]\n[7]\n[8]\n[9]\n";
+    EXPECT_EQ(run("set a.b_c 1 set a/b 2 set a 3 set '%41' 4 set A 5 set 'ä key' 6 set 'a=b' 7 set '[x]' 8 set '#' 9 " +
+                  gets),
+              expected);
+    EXPECT_EQ(run(gets), expected);
+}
+
+TEST_F(UserDefaultsOnDisk, TheFileStaysForItsOwnerAloneFromProcessToProcess) {
+    EXPECT_EQ(run("set key one"), "");
+    EXPECT_EQ(mode(), 0600U);
+    EXPECT_EQ(shell("umask 000; " CHILD_PATH " get key set key two bool flag 1 absent other x").status, 0);
+    EXPECT_EQ(mode(), 0600U);
+}
+
+TEST_F(UserDefaultsOnDisk, AFileThatOthersCouldReadIsForItsOwnerAloneOnceAValueIsStored) {
+    std::filesystem::create_directories(file().parent_path());
+    std::ofstream(file()) << "[General]\nkey=old\n";
+    std::filesystem::permissions(file(), std::filesystem::perms(0666));
+    EXPECT_EQ(run("set key new"), "");
+    EXPECT_EQ(mode(), 0600U);
+    EXPECT_EQ(run("get key"), "[new]\n");
+}
+
+TEST_F(UserDefaultsOnDisk, AFullDiskKeepsValuesForTheLifeOfTheProcessAndWhatItHas) {
+    const std::string home = quoted(home_.path());
+    EXPECT_EQ(runApart("mount -t tmpfs -o size=64k none " + home +
+                       "; " CHILD_PATH " set key old; "
+                       "head -c 1000000 /dev/zero >" +
+                       home +
+                       "/ballast 2>/dev/null || true; "
+                       "if { echo x >" +
+                       home +
+                       "/room; } 2>/dev/null; then exit 9; fi; " CHILD_PATH
+                       " absent key late absent other first absent other second set key new get key; " CHILD_PATH
+                       " get key get other"),
+              "[old]\n[first]\n[first]\n[new]\n[old]\nnone\n");
+}
+
+TEST_F(UserDefaultsOnDisk, AFullDiskStoresAgainOnceThereIsRoom) {
+    const std::string home = quoted(home_.path());
+    const std::string gate = home + "/gate";
+    EXPECT_EQ(runApart("mount -t tmpfs -o size=64k none " + home + "; mkfifo " + gate +
+                       "; " CHILD_PATH " set key old; head -c 1000000 /dev/zero >" + home +
+                       "/ballast 2>/dev/null || true; " CHILD_PATH " set key new get key pause set other text <" +
+                       gate + " | { read shown; rm " + home + "/ballast; echo >" + gate +
+                       "; cat; echo $shown; }; " CHILD_PATH " get key get other"),
+              "[new]\n[new]\n[text]\n");
+}
+
+TEST_F(UserDefaultsOnDisk, AReadOnlyDiskKeepsValuesForTheLifeOfTheProcessAndWhatItHas) {
+    const std::string home = quoted(home_.path());
+    EXPECT_EQ(
+        runApart(CHILD_PATH " set key old; mount --bind " + home + " " + home + "; mount -o remount,bind,ro " + home +
+                 "; " CHILD_PATH
+                 " get key set key new get key absent other first get other bool flag 1 get flag; " CHILD_PATH
+                 " get key get other get flag"),
+        "[old]\n[new]\n[first]\n[first]\n[1]\n[old]\nnone\nnone\n");
+}
+
+// The root of a system is where a program without a home would look; here it cannot be written.
+TEST_F(UserDefaultsOnDisk, WithoutAHomeValuesAreKeptForTheLifeOfTheProcess) {
+    for (const char* environment : {"env -u HOME", "env HOME= XDG_CONFIG_HOME=", "env HOME=/nonexistent"}) {
+        EXPECT_EQ(runApart(std::string("mount -o remount,bind,ro /; ") + environment +
+                           " " CHILD_PATH " get key absent key first absent key second set key new get key"),
+                  "none\n[first]\n[first]\n[new]\n")
+            << environment;
+    }
+}
+
+TEST_F(UserDefaultsOnDisk, AFileInTheFoldersPlaceIsLeftAlone) {
+    std::filesystem::create_directories(home_.path() / ".config");
+    std::ofstream(home_.path() / ".config/velmora") << "in the way";
+    EXPECT_EQ(run("set key value get key bool flag 0 get flag"), "[value]\n[0]\n");
+    std::ostringstream text;
+    text << std::ifstream(home_.path() / ".config/velmora").rdbuf();
+    EXPECT_EQ(text.str(), "in the way");
+}
+
+TEST_F(UserDefaultsOnDisk, AHomeWithoutItsFoldersGetsThem) {
+    setenv("HOME", (home_.path() / "not/made yet").c_str(), 1);
+    EXPECT_EQ(run("set key value"), "");
+    EXPECT_TRUE(std::filesystem::exists(home_.path() / "not/made yet/.config/velmora/hardware-detector.conf"));
+    EXPECT_EQ(run("get key"), "[value]\n");
+}
+
+}  // namespace

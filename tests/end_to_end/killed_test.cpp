@@ -1,0 +1,75 @@
+// A program killed at any moment of its first start leaves whole settings, and no id that anybody has heard of is lost.
+#include <chrono>
+#include <random>
+
+#include "tests/end_to_end/surroundings.h"
+
+namespace end_to_end {
+namespace {
+
+using testSupport::RecordedRequest;
+using testSupport::ScriptedServer;
+
+constexpr int rounds = 50;
+
+// So that deaths come before, between and after the two reports.
+constexpr int latestDeathInMilliseconds = 120;
+
+std::string idIn(const RecordedRequest& request) {
+    const std::string mark = R"("device_id":")";
+    const std::size_t start = request.body().find(mark);
+    return start == std::string::npos ? "" : request.body().substr(start + mark.size(), 36);
+}
+
+// Several of them run side by side.
+class KilledProgram : public Surroundings, public testing::WithParamInterface<int> {
+  protected:
+    void SetUp() override {
+        Surroundings::SetUp();
+        machine_.makeMissing("/etc/machine-id");  // So that a lost id would be replaced by another one.
+    }
+};
+
+TEST_P(KilledProgram, LeavesWholeSettingsAndTheIdItReported) {
+    const auto seed = static_cast<unsigned>(std::chrono::system_clock::now().time_since_epoch().count()) +
+                      static_cast<unsigned>(GetParam());
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    int heard = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const ScratchFolder home;
+        Program::Setting first = setting();
+        first.environment["HOME"] = home.path();
+        std::vector<RecordedRequest> requests;
+        {
+            const ScriptedServer server(website({}), websitePort);
+            Program program(first);
+            program.waitForExit(std::chrono::milliseconds(random() % latestDeathInMilliseconds));
+            program.signal(SIGKILL);
+            ASSERT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::signal, SIGKILL}));
+            requests = server.requests();
+        }
+        heard += requests.empty() ? 0 : 1;
+        std::string id;  // The next start's.
+        for (int start = 0; start < 2; ++start) {
+            const ScriptedServer server(website({}), websitePort);
+            const Program program(first);
+            ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully")) << "round " << round;
+            const std::string now = idIn(server.requests().at(0));
+            ASSERT_EQ(now.size(), 36U);
+            if (start == 1) {
+                ASSERT_EQ(now, id) << "round " << round;
+            }
+            id = now;
+        }
+        for (const RecordedRequest& request : requests) ASSERT_EQ(idIn(request), id) << "round " << round;
+    }
+    RecordProperty("rounds in which a request was heard", heard);
+    EXPECT_GT(heard, 0);
+    EXPECT_LT(heard, rounds) << "every death came too late to matter";
+}
+
+INSTANTIATE_TEST_SUITE_P(FourTimesFifty, KilledProgram, testing::Range(0, 4));
+
+}  // namespace
+}  // namespace end_to_end
