@@ -17,12 +17,16 @@ constexpr qint64 machineIdLength = 32;  // Hexadecimal digits in lower case, the
 // Drawn at random once, for this program. Another value would make every machine a new one.
 constexpr QUuid applicationId{0x7c1f6d0b, 0x52e4, 0x4a38, 0x9e, 0x0d, 0x3b, 0x6a, 0x91, 0xc8, 0xf2, 0x57};
 
-// Absent too for "uninitialized", which a system says while it starts for the first time.
+// Absent for whatever is no identifier: "uninitialized", which a system says while it starts for the first time, or
+// noughts alone, which would be many machines' at once.
 std::optional<QByteArray> machineId() {
     QFile file(QStringLiteral("/etc/machine-id"));
     if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
-    const QByteArray identifier = QByteArray::fromHex(file.read(machineIdLength));
-    if (identifier.size() != machineIdLength / 2) return std::nullopt;
+    QByteArray text = file.read(machineIdLength + 2);
+    if (text.endsWith('\n')) text.chop(1);
+    const QByteArray identifier = QByteArray::fromHex(text);
+    if (text.size() != machineIdLength || identifier.toHex() != text.toLower()) return std::nullopt;
+    if (identifier.count('\0') == identifier.size()) return std::nullopt;
     return identifier;
 }
 

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -70,13 +71,21 @@ class Store {
     }
 
     void setString(const std::string& key, const std::string& value) {
+        keepToTheOwner();
         settings_.setValue(QString::fromStdString(key), QString::fromStdString(value));
         settings_.sync();
-        // The id in it is nobody else's business.
-        QFile::setPermissions(fileName(), QFile::ReadOwner | QFile::WriteOwner);
     }
 
   private:
+    // The id in it is nobody else's business. Whoever writes the file keeps the permissions it has.
+    static void keepToTheOwner() {
+        const int file =
+            open(QFile::encodeName(fileName()).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (file < 0) return;
+        fchmod(file, S_IRUSR | S_IWUSR);
+        close(file);
+    }
+
     static QString fileName() { return folder() + QStringLiteral("/hardware-detector.conf"); }
 
     FolderLock lock_;

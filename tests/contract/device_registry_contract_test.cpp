@@ -19,8 +19,7 @@ std::string uuidOn(const std::string& machineId) {
     const std::filesystem::path file = folder.path() / "machine-id";
     std::ofstream(file, std::ios::binary) << machineId;
     const auto result = shell("unshare --mount --map-root-user sh -c " +
-                              quoted("touch /etc/machine-id 2>/dev/null; mount --bind " + file.string() +
-                                     " /etc/machine-id && exec " CHILD_PATH));
+                              quoted("mount --bind " + file.string() + " /etc/machine-id && exec " CHILD_PATH));
     EXPECT_EQ(result.status, 0);
     return result.output;
 }

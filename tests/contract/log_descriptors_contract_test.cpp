@@ -45,12 +45,14 @@ TEST(LogDescriptors, AChildOfTheProcessHasNoneOfTheLog) {
 
 TEST(LogDescriptors, ALineThatFoundNoRoomDoesNotTurnUpLater) {
     const testSupport::TemporaryFolder folder;
-    const std::string disk = quoted(folder.path());
     // A disk of four pages, all of them taken until the child removes the file that takes them.
-    const ShellResult result = shell("unshare --mount --map-root-user sh -c " +
-                                     quoted("mount -t tmpfs -o size=16k none " + disk + " && cd " + disk +
-                                            " && { head -c 100000 /dev/zero >ballast 2>/dev/null; " CHILD_PATH
-                                            " until-there-is-room ballast >log && cat log; }"));
+    const ShellResult result =
+        shell("cd " + quoted(folder.path()) + " && unshare --mount --map-root-user sh -c " + quoted(R"sh(
+                                     set -e
+                                     mount -t tmpfs -o size=16k none .
+                                     cd "$PWD"
+                                     head -c 100000 /dev/zero >ballast 2>/dev/null || true
+                                     )sh" CHILD_PATH " until-there-is-room ballast >log; cat log"));
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output, "kept\n");
 }

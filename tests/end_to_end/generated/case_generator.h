@@ -1,0 +1,39 @@
+// Cases drawn at random: mostly what real machines and websites say, bent in one place or another.
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+#include "tests/end_to_end/generated/case.h"
+
+namespace end_to_end {
+
+// The same seed gives the same cases everywhere.
+class CaseGenerator {
+  public:
+    explicit CaseGenerator(std::uint64_t seed) : random_(seed) {}
+
+    [[nodiscard]] Case next();
+
+  private:
+    [[nodiscard]] std::size_t below(std::size_t count) { return static_cast<std::size_t>(random_() % count); }
+    [[nodiscard]] bool onceIn(std::size_t count) { return below(count) == 0; }
+
+    template <std::size_t count>
+    [[nodiscard]] std::string oneOf(const char* const (&choices)[count]) {
+        return choices[below(count)];
+    }
+
+    [[nodiscard]] std::string blanks();
+    [[nodiscard]] std::string lineBreak();
+    [[nodiscard]] std::string words();
+    [[nodiscard]] std::string profile(const char* const* labels, std::size_t count);
+    [[nodiscard]] std::string number();
+    [[nodiscard]] std::string diskUsage();
+    void spoil(std::string& output);
+    void answer(Case& round);
+
+    std::mt19937_64 random_;
+};
+
+}  // namespace end_to_end

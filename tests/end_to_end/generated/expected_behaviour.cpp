@@ -1,0 +1,318 @@
+#include "tests/end_to_end/generated/expected_behaviour.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+namespace end_to_end {
+
+namespace {
+
+using Text = std::u32string;
+
+std::optional<Text> decoded(const std::string& bytes) {
+    Text text;
+    for (std::size_t at = 0; at < bytes.size();) {
+        const auto lead = static_cast<unsigned char>(bytes[at]);
+        const std::size_t length = lead < 0x80                   ? 1
+                                   : lead >= 0xC2 && lead < 0xE0 ? 2
+                                   : lead >= 0xE0 && lead < 0xF0 ? 3
+                                   : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                                 : 0;
+        if (length == 0 || at + length > bytes.size()) return std::nullopt;
+        char32_t point = length == 1 ? lead : lead & (0x7FU >> length);
+        for (std::size_t more = 1; more < length; ++more) {
+            const auto byte = static_cast<unsigned char>(bytes[at + more]);
+            if ((byte & 0xC0U) != 0x80) return std::nullopt;
+            point = (point << 6U) | (byte & 0x3FU);
+        }
+        text += point;
+        at += length;
+    }
+    return text;
+}
+
+std::string encoded(const Text& text) {
+    std::string bytes;
+    const auto add = [&bytes](char32_t byte) { bytes += static_cast<char>(static_cast<unsigned char>(byte)); };
+    for (const char32_t point : text) {
+        if (point < 0x80) {
+            add(point);
+        } else if (point < 0x800) {
+            add(0xC0 | point >> 6U);
+            add(0x80 | (point & 0x3F));
+        } else if (point < 0x10000) {
+            add(0xE0 | point >> 12U);
+            add(0x80 | (point >> 6U & 0x3F));
+            add(0x80 | (point & 0x3F));
+        } else {
+            add(0xF0 | point >> 18U);
+            add(0x80 | (point >> 12U & 0x3F));
+            add(0x80 | (point >> 6U & 0x3F));
+            add(0x80 | (point & 0x3F));
+        }
+    }
+    return bytes;
+}
+
+bool isBlank(char32_t c) {
+    return c == ' ' || c == '\t' || c == 0xA0 || c == 0x1680 || (c >= 0x2000 && c <= 0x200A) || c == 0x202F ||
+           c == 0x205F || c == 0x3000;
+}
+
+bool isLineBreak(char32_t c) { return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029; }
+
+bool isEither(char32_t c) { return isBlank(c) || isLineBreak(c); }
+
+Text trimmed(Text text, bool (*isTrimmed)(char32_t)) {
+    while (!text.empty() && isTrimmed(text.back())) text.pop_back();
+    while (!text.empty() && isTrimmed(text.front())) text.erase(0, 1);
+    return text;
+}
+
+// What stands behind the last colon of the first "label, white space, rest of the line"; the rest has a character.
+std::optional<Text> labelled(const Text& text, const Text& label) {
+    for (std::size_t at = text.find(label); at != Text::npos; at = text.find(label, at + 1)) {
+        std::size_t value = at + label.size();
+        while (value < text.size() && isEither(text[value])) ++value;
+        // White space that the rest of the line needs is given back.
+        while (value > at + label.size() && (value == text.size() || isLineBreak(text[value]))) --value;
+        if (value == text.size() || isLineBreak(text[value])) continue;
+        std::size_t end = value;
+        while (end < text.size() && !isLineBreak(text[end])) ++end;
+        const Text match = text.substr(at, end - at);
+        return trimmed(match.substr(match.rfind(U':') + 1), isBlank);
+    }
+    return std::nullopt;
+}
+
+// An optional sign and decimal digits, within the bounds of 64 bits.
+std::optional<std::int64_t> integer(const Text& text) {
+    const bool negative = !text.empty() && text[0] == '-';
+    Text digits = text.substr(negative || (!text.empty() && text[0] == '+') ? 1 : 0);
+    if (digits.empty()) return std::nullopt;
+    for (const char32_t digit : digits) {
+        if (digit < '0' || digit > '9') return std::nullopt;
+    }
+    while (digits.size() > 1 && digits[0] == '0') digits.erase(0, 1);
+    const Text largest = negative ? U"9223372036854775808" : U"9223372036854775807";
+    if (digits.size() > largest.size() || (digits.size() == largest.size() && digits > largest)) return std::nullopt;
+    return std::stoll((negative ? "-" : "") + encoded(digits));
+}
+
+std::int64_t storage(const std::string& output) {
+    constexpr std::int64_t fallback = 512;
+    const auto text = decoded(output);
+    if (!text) return fallback;
+    const std::size_t first = text->find(U'\n');
+    if (first == Text::npos) return fallback;
+    const Text line = text->substr(first + 1, text->find(U'\n', first + 1) - first - 1);
+    std::vector<Text> columns(1);
+    for (const char32_t c : line) {
+        if (!isBlank(c)) {
+            columns.back() += c;
+        } else if (!columns.back().empty()) {
+            columns.emplace_back();
+        }
+    }
+    if (columns.back().empty()) columns.pop_back();
+    if (columns.size() < 2) return fallback;
+    Text size = columns[1];
+    size.erase(std::remove(size.begin(), size.end(), U'G'), size.end());
+    return integer(size).value_or(fallback);
+}
+
+// As a JSON string with the least of escapes.
+std::string jsonString(const std::string& text) {
+    std::string json = "\"";
+    for (const char c : text) {
+        switch (c) {
+            case '"': json += "\\\""; break;
+            case '\\': json += "\\\\"; break;
+            case '\n': json += "\\n"; break;
+            case '\r': json += "\\r"; break;
+            case '\t': json += "\\t"; break;
+            default: json += c;
+        }
+    }
+    return json + "\"";
+}
+
+// The text of a JSON string as the generator writes them; absent for all other values.
+std::optional<std::string> stringIn(const std::string& json) {
+    if (json.empty() || json[0] != '"') return std::nullopt;
+    Text text;
+    const Text inside = *decoded(json.substr(1, json.size() - 2));
+    for (std::size_t at = 0; at < inside.size(); ++at) {
+        if (inside[at] != U'\\') {
+            text += inside[at];
+        } else if (inside[++at] == U'n') {
+            text += U'\n';
+        } else if (inside[at] == U'u') {
+            const auto unit = static_cast<char32_t>(std::stoul(encoded(inside.substr(at + 1, 4)), nullptr, 16));
+            const bool continuesPair = unit >= 0xDC00 && unit < 0xE000;
+            if (continuesPair) {
+                text.back() = 0x10000 + ((text.back() - 0xD800) << 10U) + (unit - 0xDC00);
+            } else {
+                text += unit;
+            }
+            at += 4;
+        } else {
+            text += inside[at];
+        }
+    }
+    return encoded(text);
+}
+
+std::string member(const Case& round, const std::string& name) {
+    const auto found = round.members.find(name);
+    return found == round.members.end() ? "" : found->second;
+}
+
+// The id's text: that of a whole number or a string.
+std::optional<std::string> hardwareId(const Case& round) {
+    const std::string json = member(round, "hardware_id");
+    if (const auto text = stringIn(json)) return text;
+    if (!json.empty() && integer(*decoded(json))) return json;
+    return std::nullopt;
+}
+
+// Whether a composed text is a URL: all that the generator makes are, but for those with a blank or an umlaut in them.
+bool isUrl(const std::string& text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < 0x7F; });
+}
+
+std::string withoutOuterSlashes(std::string text) {
+    while (!text.empty() && text.back() == '/') text.pop_back();
+    return text;  // It begins with "http".
+}
+
+// The page for an accepted record, and the warning on the way to it.
+std::optional<std::string> page(const Case& round, const std::string& address, std::vector<std::string>& log) {
+    const std::optional<std::string> id = hardwareId(round);
+    const std::string redirect = stringIn(member(round, "redirect_url")).value_or("");
+    if (!redirect.empty()) {
+        std::string target = redirect;
+        if (redirect.rfind("http://", 0) != 0 && redirect.rfind("https://", 0) != 0) {
+            if (target[0] != '/') target = "/" + target;
+            if (id && target.find("hardware_id") == std::string::npos) {
+                target += (target.find('?') == std::string::npos ? "?hardware_id=" : "&hardware_id=") + *id;
+            }
+            target = withoutOuterSlashes(address) + target;
+        }
+        if (isUrl(target)) return target;
+        log.push_back("⚠️  Could not create valid URL from redirect: " + redirect);
+    } else if (id) {
+        const std::string target =
+            address + (address.find('?') == std::string::npos ? "?hardware_id=" : "&hardware_id=") + *id;
+        if (isUrl(target)) return target;
+    }
+    return address;
+}
+
+struct Verdict {
+    std::optional<std::string> error;
+    bool accepted = false;
+};
+
+Verdict verdict(const Case& round, std::vector<std::string>& log) {
+    Verdict verdict;
+    log.push_back("📥 Response status: " + std::to_string(round.status));
+    if (round.status != 200) {
+        verdict.error = "Server error: HTTP " + std::to_string(round.status);
+        log.push_back("❌ Server returned status: " + std::to_string(round.status));
+    }
+    const std::string body = bodyOf(round);
+    if (decoded(body)) {
+        std::size_t start = 0;
+        std::string lines = "📥 Response body: " + body;
+        for (std::size_t end = lines.find('\n'); end != std::string::npos; end = lines.find('\n', start)) {
+            log.push_back(lines.substr(start, end - start));
+            start = end + 1;
+        }
+        log.push_back(lines.substr(start));
+    }
+    const std::string success = member(round, "success");
+    if (!round.isObject) {
+        verdict.error = "Invalid JSON response";
+        log.emplace_back("❌ Could not parse JSON response");
+    } else if (success == "true") {
+        verdict.accepted = true;
+    } else if (success == "false") {
+        verdict.error = stringIn(member(round, "error")).value_or("Unknown error");
+        log.push_back("❌ Server returned error: " + *verdict.error);
+    } else {
+        verdict.error = "Invalid response format";
+        log.emplace_back("❌ Response missing 'success' field");
+    }
+    return verdict;
+}
+
+// Lines as they come out: a text with line breaks in it makes several.
+std::vector<std::string> broken(const std::vector<std::string>& messages) {
+    std::vector<std::string> lines;
+    for (const std::string& message : messages) {
+        std::size_t start = 0;
+        for (std::size_t end = message.find('\n'); end != std::string::npos; end = message.find('\n', start)) {
+            lines.push_back(message.substr(start, end - start));
+            start = end + 1;
+        }
+        lines.push_back(message.substr(start));
+    }
+    return lines;
+}
+
+}  // namespace
+
+ExpectedBehaviour expectedBehaviour(const Case& round, const std::string& base) {
+    ExpectedBehaviour expected;
+
+    Text processor = U"Unknown";
+    if (const auto brand = decoded(round.brand)) processor = trimmed(*brand, isEither);
+    if (processor.empty() || processor.find(U"Apple") != Text::npos) {
+        if (const auto overview = decoded(round.overview))
+            processor = labelled(*overview, U"Chip:").value_or(processor);
+    }
+    std::int64_t memory = 8;
+    if (const auto text = decoded(round.memory)) {
+        if (const auto bytes = integer(trimmed(*text, isEither))) memory = *bytes / 1'073'741'824;
+    }
+    Text graphics = U"Unknown";
+    if (const auto displays = decoded(round.displays)) {
+        auto found = labelled(*displays, U"Chipset Model:");
+        if (!found) found = labelled(*displays, U"Model:");
+        graphics = found.value_or(graphics);
+    }
+    const std::string disk = std::to_string(storage(round.disk));
+    expected.values = {"macOS", encoded(processor), encoded(graphics) + " 4GB", std::to_string(memory) + " GB DDR4",
+                       disk + " GB SSD"};
+    expected.body = R"({"profile_name":"My PC","os":"macOS","processor":)" + jsonString(encoded(processor)) +
+                    R"(,"graphics_card":)" + jsonString(encoded(graphics)) + R"(,"ram_gb":)" + std::to_string(memory) +
+                    R"(,"ram_type":"DDR4","ram_frequency":2666,"storage_gb":)" + disk +
+                    R"(,"storage_type":"SSD","directx_version":"Not Applicable","gpu_memory":4})";
+
+    const std::string address = base + round.addressTail;
+    const std::string endpoint = address + "/save-detected-hardware/";
+    expected.target = endpoint.substr(base.size());
+    if (expected.target[0] == '?') expected.target = "/" + expected.target;
+    expected.log = {"📤 Sending hardware data to: " + endpoint};
+    const Verdict result = verdict(round, expected.log);
+    std::optional<std::string> opened;
+    if (result.accepted) opened = page(round, address, expected.log);
+    if (result.error) expected.log.push_back("❌ Final error: " + *result.error);
+    if (opened) {
+        expected.pages = {*opened};
+        expected.log.push_back("✅ Opened URL: " + *opened);
+        expected.log.push_back("📋 Hardware ID: " + hardwareId(round).value_or("none"));
+    }
+    expected.ends = result.accepted;
+    expected.banner = result.accepted ? "Hardware data sent successfully! Opening website..."
+                                      : "Error: Failed to send hardware data. Check the console for details.";
+    if (!result.accepted) {
+        expected.log.emplace_back("❌ Failed to send hardware data. Check the console output above for details.");
+    }
+    expected.log = broken(expected.log);
+    return expected;
+}
+
+}  // namespace end_to_end
