@@ -1,0 +1,189 @@
+// What becomes of a submission when the website cannot be reached, never answers, or is not who it should be.
+#include <netinet/in.h>
+#include <sys/mount.h>
+#include <sys/socket.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+
+#include "tests/end_to_end/surroundings.h"
+
+namespace end_to_end {
+namespace {
+
+using testSupport::answerBytes;
+using testSupport::RecordedRequest;
+using testSupport::Script;
+using testSupport::ScriptedServer;
+using testSupport::Send;
+
+using Lines = std::vector<std::string>;
+
+constexpr int tlsPort = 47114;
+constexpr std::chrono::minutes idleLimit{2};
+
+class NetworkFault : public Surroundings {
+  protected:
+    // The log from the press of "Send to Website" on, without the line that names the endpoint.
+    Lines linesOfASubmissionTo(const std::string& address, const Program::Setting& setting) {
+        const ScriptedServer server(website({}), websitePort);
+        Program program(setting);
+        EXPECT_EQ(program.failure(), std::nullopt);
+        const AccessibleProgram window(program.pid());
+        EXPECT_TRUE(program.waitForLine("   Response: noted"));
+        const std::size_t before = program.log().size() + 1;
+        EXPECT_TRUE(press(window, "Detect Hardware"));
+        EXPECT_TRUE(shows(window, "Hardware detected successfully!"));
+        EXPECT_TRUE(window.field()->setText(address));
+        EXPECT_TRUE(press(window, "Send to Website"));
+        EXPECT_TRUE(program.waitForLine(
+            [](std::string_view line) { return line.find("Failed to send hardware data") != std::string_view::npos; },
+            idleLimit));
+        Lines log = program.log();
+        EXPECT_EQ(log.at(before - 1), "📤 Sending hardware data to: " + address + "/save-detected-hardware/");
+        log.erase(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(before));
+        return log;
+    }
+
+    static Lines networkError(const std::string& words) {
+        return {"❌ Network error: " + words, "❌ Final error: Network error: " + words,
+                "❌ Failed to send hardware data. Check the console output above for details."};
+    }
+};
+
+// The test's network has nothing but loopback.
+TEST_F(NetworkFault, AMachineWithoutANetworkIsToldThatItIsOffline) {
+    EXPECT_EQ(linesOfASubmissionTo("http://website.example", setting()),
+              networkError("The Internet connection appears to be offline."));
+}
+
+TEST_F(NetworkFault, APortWhereNobodyListensIsTold) {
+    EXPECT_EQ(linesOfASubmissionTo("http://127.0.0.1:9", setting()), networkError("Could not connect to the server."));
+    EXPECT_EQ(linesOfASubmissionTo("http://[::1]:9", setting()), networkError("Could not connect to the server."));
+}
+
+TEST_F(NetworkFault, AWebsiteThatNeverAnswersIsGivenUpAfterAMinute) {
+    const ScriptedServer silent(testSupport::always({testSupport::HoldOpen{}}));
+    EXPECT_EQ(linesOfASubmissionTo(silent.url(""), setting()), networkError("The request timed out."));
+}
+
+TEST_F(NetworkFault, ProxiesThatTheEnvironmentNamesAreNotUsed) {
+    const ScriptedServer other(testSupport::always({Send{answerBytes(500, R"({"success": false, "error": "x"})")}}));
+    Program::Setting proxied = setting();
+    for (const char* name : {"http_proxy", "HTTP_PROXY", "https_proxy", "all_proxy", "ALL_PROXY"}) {
+        proxied.environment[name] = "http://127.0.0.1:9";
+    }
+    const Lines log = linesOfASubmissionTo(other.url(""), proxied);
+    ASSERT_FALSE(log.empty());
+    EXPECT_EQ(log.front(), "📥 Response status: 500");
+}
+
+// A server at "https://localhost" with a certificate made for the test. It never answers a POST.
+class TlsFault : public NetworkFault {
+  protected:
+    void TearDown() override {
+        if (server_) server_->end();
+        umount("/etc/ssl/certs/ca-certificates.crt");
+    }
+
+    void makeCertificate(const std::string& host, const std::string& lastDay) {
+        std::ofstream(home_.path() / "ca.conf")
+            << "[ca]\ndefault_ca = own\n[own]\ndatabase = index\nserial = serial\nnew_certs_dir = .\n"
+               "default_md = sha256\npolicy = names\nx509_extensions = more\n[names]\ncommonName = supplied\n"
+               "[more]\nsubjectAltName = DNS:"
+            << host << "\n";
+        const std::string commands =
+            "cd '" + home_.path().string() +
+            "' && : >index && echo 01 >serial"
+            " && openssl req -new -newkey rsa:2048 -nodes -keyout key -out request -subj /CN=" +
+            host +
+            " && openssl ca -batch -selfsign -notext -config ca.conf -keyfile key -in request"
+            " -out certificate -startdate 20200101000000Z -enddate " +
+            lastDay;
+        ASSERT_EQ(std::system(("{ " + commands + "; } >/dev/null 2>&1").c_str()), 0);
+    }
+
+    // The machine vouches for nobody but the test's own certificate.
+    void trust() {
+        ASSERT_EQ(mount((home_.path() / "certificate").c_str(), "/etc/ssl/certs/ca-certificates.crt", nullptr, MS_BIND,
+                        nullptr),
+                  0);
+    }
+
+    void serve(const std::vector<std::string>& options = {}) {
+        server_ = std::make_unique<ChildProcess>();
+        Launch launch;
+        launch.path = "/usr/bin/openssl";
+        launch.arguments = {"s_server",           "-accept", std::to_string(tlsPort),     "-www", "-key",
+                            home_.path() / "key", "-cert",   home_.path() / "certificate"};
+        launch.arguments.insert(launch.arguments.end(), options.begin(), options.end());
+        launch.environment = {{"PATH", "/usr/bin"}, {"OPENSSL_CONF", "/dev/null"}};
+        ASSERT_EQ(server_->start(launch), std::nullopt);
+        ASSERT_TRUE(waitFor([] {
+            const Descriptor client(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+            sockaddr_in address{};
+            address.sin_family = AF_INET;
+            address.sin_port = htons(tlsPort);
+            address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+            return connect(client.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        }));
+    }
+
+    static std::string address() { return "https://localhost:" + std::to_string(tlsPort); }
+
+    void expectUntrusted() {
+        const Lines log = linesOfASubmissionTo(address(), setting());
+        ASSERT_FALSE(log.empty());
+        EXPECT_EQ(log.front().rfind("❌ Network error: The certificate for this server is invalid.", 0), 0U)
+            << log.front();
+    }
+
+    std::unique_ptr<ChildProcess> server_;
+};
+
+constexpr const char* inTheFuture = "20991231000000Z";
+
+TEST_F(TlsFault, ACertificateThatIsVouchedForIsAcceptedAndTheAnswerWaitedFor) {
+    makeCertificate("localhost", inTheFuture);
+    trust();
+    serve();
+    EXPECT_EQ(linesOfASubmissionTo(address(), setting()), networkError("The request timed out."));
+}
+
+TEST_F(TlsFault, ACertificateThatNobodyVouchesForIsRefused) {
+    makeCertificate("localhost", inTheFuture);
+    serve();
+    expectUntrusted();
+}
+
+TEST_F(TlsFault, ACertificateForAnotherHostIsRefused) {
+    makeCertificate("elsewhere.example", inTheFuture);
+    trust();
+    serve();
+    expectUntrusted();
+}
+
+TEST_F(TlsFault, ACertificateThatHasRunOutIsRefused) {
+    makeCertificate("localhost", "20200201000000Z");
+    trust();
+    serve();
+    expectUntrusted();
+}
+
+TEST_F(TlsFault, AnOldProtocolIsRefused) {
+    makeCertificate("localhost", inTheFuture);
+    trust();
+    serve({"-tls1_1", "-cipher", "ALL:@SECLEVEL=0"});
+    EXPECT_EQ(linesOfASubmissionTo(address(), setting()),
+              networkError("A TLS error caused the secure connection to fail."));
+}
+
+TEST_F(TlsFault, AServerThatDoesNotSpeakItIsTold) {
+    const ScriptedServer plain(testSupport::always({Send{"no TLS here\r\n"}}));
+    EXPECT_EQ(linesOfASubmissionTo("https://127.0.0.1:" + std::to_string(plain.port()), setting()),
+              networkError("A TLS error caused the secure connection to fail."));
+}
+
+}  // namespace
+}  // namespace end_to_end
