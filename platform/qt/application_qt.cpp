@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QThreadPool>
 #include <cstdio>
 
 #include "platform/qt/widgets/action_button.h"
@@ -20,6 +21,13 @@ void endWhereTheToolkitGivesUp(QtMsgType type, const QMessageLogContext&, const 
     if (type == QtFatalMsg) _exit(1);
 }
 
+// The toolkit has threads fill large areas, makes them when it sees fit and ends them after half a minute. For a window
+// of this size one is plenty, and one that stays needs no timer, and no descriptor when there may be none left.
+void keepPaintingSimple() {
+    QThreadPool::globalInstance()->setMaxThreadCount(1);
+    QThreadPool::globalInstance()->setExpiryTimeout(-1);
+}
+
 }  // namespace
 
 void application::run(const WindowGroup& scene) {
@@ -30,6 +38,7 @@ void application::run(const WindowGroup& scene) {
     qInstallMessageHandler(endWhereTheToolkitGivesUp);
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
+    keepPaintingSimple();
     installActionButtonAccessibility();
     installSpokenGroupAccessibility();
 

@@ -1,6 +1,7 @@
 #include "platform/process.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -123,6 +124,18 @@ TEST(Process, TwoAtOnceDoNotHoldEachOthersPipes) {
     for (int round = 0; round < 20; ++round) EXPECT_EQ(shell("echo quick"), "quick\n");
     other.join();
     EXPECT_EQ(slow, "slow\n");
+}
+
+TEST(Process, ACommandThatNoDescriptorIsLeftForIsAbsent) {
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    rlimit none = before;
+    none.rlim_cur = 0;  // What is open stays so.
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const auto output = shell("echo here");
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(output, std::nullopt);
+    EXPECT_EQ(shell("echo here"), "here\n");
 }
 
 TEST(Process, LeavesNoDescriptorBehind) {

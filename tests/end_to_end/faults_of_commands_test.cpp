@@ -1,6 +1,8 @@
 // What is shown when the commands that tell of the hardware do not behave.
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "tests/end_to_end/rig/program_window.h"
@@ -121,6 +123,52 @@ TEST_F(CommandFault, AnOutputThatThePipeCannotHoldHoldsTheDetectionUpAndNothingE
     ASSERT_TRUE(shown);
     shown->askToClose();
     EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+}
+
+// What is open stays so.
+void takeFreeDescriptorsFrom(const Program& program) {
+    const std::string open = "/proc/" + std::to_string(program.pid()) + "/fd/";
+    rlim_t firstFree = 0;
+    while (std::filesystem::is_symlink(open + std::to_string(firstFree))) ++firstFree;
+    const rlimit limit{firstFree, firstFree};
+    ASSERT_EQ(prlimit(program.pid(), RLIMIT_NOFILE, &limit, nullptr), 0);
+}
+
+const std::vector<std::string> fallbacks = {"macOS", "Unknown", "Unknown 4GB", "8 GB DDR4", "512 GB SSD"};
+
+TEST_F(CommandFault, WithoutAFreeProcessSlotTheFixedValuesStandAndNoPageOpens) {
+    const ScriptedServer server(website({testSupport::Send{testSupport::answerBytes(200, stored)}}), websitePort);
+    Program::Setting crowded = setting();
+    crowded.noProcessSlots = true;
+    Program program(crowded);
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!"));
+    EXPECT_EQ(valuesIn(window), fallbacks);
+    ASSERT_TRUE(press(window, "Send to Website"));
+    EXPECT_TRUE(program.waitForLine("❌ Failed to open URL: " + base() + "/results?hardware_id=42"));
+    EXPECT_TRUE(shows(window, "Hardware data sent successfully! Opening website..."));
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+}
+
+// The toolkit needs some for what it does for the first time, hence the detection before.
+TEST_F(CommandFault, WithoutAFreeDescriptorTheFixedValuesStandAndNothingIsSent) {
+    const ScriptedServer server(website({}), websitePort);
+    Program program(setting());
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(program.waitForLine("   Response: noted"));
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!"));
+    takeFreeDescriptorsFrom(program);
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Unknown 4GB"));
+    EXPECT_EQ(valuesIn(window), fallbacks);
+    ASSERT_TRUE(press(window, "Send to Website"));
+    EXPECT_TRUE(shows(window, "Error: Failed to send hardware data. Check the console for details."))
+        << program.bytes(Stream::error);
+    EXPECT_TRUE(program.waitForLine("❌ Network error: Could not connect to the server."));
 }
 
 }  // namespace

@@ -83,6 +83,20 @@ Lines followed(const std::string& asked) {
 constexpr const char* yes = R"({"success": true})";
 constexpr const char* no = R"({"success": false, "error": "no"})";
 
+// {"success": true}
+std::string gzipped() {
+    using namespace std::string_literals;
+    return "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xab\x56\x2a\x2e\x4d\x4e\x4e\x2d\x2e\x56"
+           "\xb2\x52\x28\x29\x2a\x4d\xad\x05\x00\x6f\x67\x09\xf1\x11\x00\x00\x00"s;
+}
+
+// Of a kilobyte each.
+std::string headerFields(int count) {
+    std::string fields;
+    for (int field = 0; field < count; ++field) fields += "X-Filler: " + std::string(1012, 'x') + "\r\n";
+    return fields;
+}
+
 std::vector<Fault> faults() {
     const std::string header = "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n";
     const std::string half = std::string(yes).substr(0, 8);
@@ -130,6 +144,12 @@ std::vector<Fault> faults() {
         {"RedirectToFtp", redirecting(302, "ftp://127.0.0.1/x"), networkError("unsupported URL")},
         {"CodingNobodyKnows", sending(answerBytes(200, "\x01\x02\xFF", {"Content-Encoding: br"})),
          notUnderstood(200, {})},
+        {"GzipCutShort", sending(answerBytes(200, gzipped().substr(0, 20), {"Content-Encoding: gzip"})),
+         networkError("cannot decode raw data")},
+        {"Gzip", sending(answerBytes(200, gzipped(), {"Content-Encoding: gzip"})), accepted(yes), 1, true},
+        {"BytesThatAreNoHttp", sending("\x16\x03\x01 garbage\r\n\r\n"), networkError("cannot parse response")},
+        {"HeaderOfAMebibyte", sending(header + headerFields(1024) + "Content-Length: 17\r\n\r\n" + yes),
+         networkError(lost)},
         {"HeaderFieldOfAHundredKilobytes", sending(answerBytes(200, yes, {"X-Long: " + std::string(90'000, 'x')})),
          accepted(yes), 1, true},
     };

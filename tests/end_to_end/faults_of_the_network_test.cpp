@@ -1,9 +1,15 @@
 // What becomes of a submission when the website cannot be reached, never answers, or is not who it should be.
+#include <fcntl.h>
+#include <linux/if_tun.h>
+#include <net/if.h>
 #include <netinet/in.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <memory>
 
@@ -22,6 +28,28 @@ using Lines = std::vector<std::string>;
 
 constexpr int tlsPort = 47114;
 constexpr std::chrono::minutes idleLimit{2};
+
+// While it lives, the test's network has an interface that seems to lead somewhere.
+class SecondInterface {
+  public:
+    SecondInterface() : tunnel_(open("/dev/net/tun", O_RDWR | O_CLOEXEC)) {
+        ifreq request{};
+        request.ifr_flags = IFF_TUN | IFF_NO_PI;
+        EXPECT_EQ(ioctl(tunnel_.number(), TUNSETIFF, &request), 0);
+
+        const Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(0xC0000201);  // 192.0.2.1, nobody's
+        std::memcpy(&request.ifr_addr, &address, sizeof address);
+        EXPECT_EQ(ioctl(socket.number(), SIOCSIFADDR, &request), 0);
+        request.ifr_flags = IFF_UP | IFF_RUNNING;
+        EXPECT_EQ(ioctl(socket.number(), SIOCSIFFLAGS, &request), 0);
+    }
+
+  private:
+    Descriptor tunnel_;  // Closing it removes the interface.
+};
 
 class NetworkFault : public Surroundings {
   protected:
@@ -61,6 +89,24 @@ TEST_F(NetworkFault, AMachineWithoutANetworkIsToldThatItIsOffline) {
 TEST_F(NetworkFault, APortWhereNobodyListensIsTold) {
     EXPECT_EQ(linesOfASubmissionTo("http://127.0.0.1:9", setting()), networkError("Could not connect to the server."));
     EXPECT_EQ(linesOfASubmissionTo("http://[::1]:9", setting()), networkError("Could not connect to the server."));
+}
+
+// There is a network, but no name server that knows the name.
+TEST_F(NetworkFault, AHostThatIsNotFoundIsTold) {
+    if (access("/dev/net/tun", R_OK | W_OK) != 0) GTEST_SKIP() << "this machine makes no network interfaces";
+    const SecondInterface network;
+    EXPECT_EQ(linesOfASubmissionTo("http://website.example", setting()),
+              networkError("A server with the specified hostname could not be found."));
+}
+
+TEST_F(NetworkFault, AWebsiteThatOnlyIpv6LeadsToIsReached) {
+    const ScriptedServer other(testSupport::always({Send{answerBytes(500, R"({"success": false, "error": "x"})")}}), 0,
+                               testSupport::Loopback::ipv6);
+    for (const std::string host : {"[::1]", "localhost"}) {
+        const Lines log = linesOfASubmissionTo("http://" + host + ":" + std::to_string(other.port()), setting());
+        ASSERT_FALSE(log.empty());
+        EXPECT_EQ(log.front(), "📥 Response status: 500");
+    }
 }
 
 TEST_F(NetworkFault, AWebsiteThatNeverAnswersIsGivenUpAfterAMinute) {
@@ -183,6 +229,14 @@ TEST_F(TlsFault, AServerThatDoesNotSpeakItIsTold) {
     const ScriptedServer plain(testSupport::always({Send{"no TLS here\r\n"}}));
     EXPECT_EQ(linesOfASubmissionTo("https://127.0.0.1:" + std::to_string(plain.port()), setting()),
               networkError("A TLS error caused the secure connection to fail."));
+}
+
+TEST_F(TlsFault, AServerThatClosesInTheMiddleOfTheHandshakeIsTold) {
+    for (const Script& end : {Script{}, Script{testSupport::Reset{}}, Script{Send{"\x16\x03\x03"}}}) {
+        const ScriptedServer closing(testSupport::always(end));
+        EXPECT_EQ(linesOfASubmissionTo("https://127.0.0.1:" + std::to_string(closing.port()), setting()),
+                  networkError("A TLS error caused the secure connection to fail."));
+    }
 }
 
 }  // namespace

@@ -86,6 +86,28 @@ TEST_F(StoreFault, WhatAnotherProgramPutIntoTheFileStays) {
     EXPECT_EQ(valueIn(settingsFile(), "other"), "kept");
 }
 
+// It puts a new file in the place of the old one between the program's own two writes.
+TEST_F(StoreFault, WhatAnotherProgramWritesMeanwhileStays) {
+    const std::filesystem::path file = folder() / "hardware-detector.conf";
+    const ScriptedServer server(
+        [&file](const testSupport::RecordedRequest& request) -> testSupport::Script {
+            if (request.target() == "/api/track-install/") {
+                const std::filesystem::path other = file.string() + ".other";
+                std::filesystem::copy_file(file, other);
+                std::ofstream(other, std::ios::app) << "other=kept\n";
+                std::filesystem::rename(other, file);
+            }
+            return {testSupport::Send{testSupport::answerBytes(200, "{}")}};
+        },
+        websitePort);
+    Program program(setting());
+    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+    EXPECT_EQ(valueIn(settingsFile(), "other"), "kept");
+    EXPECT_EQ(valueIn(settingsFile(), "com.velmora.install_tracked"), "1");
+    EXPECT_EQ(valueIn(settingsFile(), "com.velmora.device_id").size(), 36U);
+    EXPECT_NE(valueIn(settingsFile(), "com.velmora.last_tracked_date"), "(absent)");
+}
+
 TEST_F(StoreFault, AnEmptyFileGetsANewIdThatStays) {
     std::filesystem::create_directories(folder());
     std::ofstream(folder() / "hardware-detector.conf") << "";

@@ -145,8 +145,10 @@ std::string answerBytes(int statusCode, std::string_view body, const std::vector
 
 class ScriptedServer::Listener {
   public:
-    explicit Listener(Responder responder, int port)
-        : responder_(std::move(responder)), socket_(socket(AF_INET, SOCK_STREAM, 0)), port_(listenOn(port)) {
+    Listener(Responder responder, int port, Loopback address)
+        : responder_(std::move(responder)),
+          socket_(socket(address == Loopback::ipv4 ? AF_INET : AF_INET6, SOCK_STREAM, 0)),
+          port_(address == Loopback::ipv4 ? listenOnIpv4(port) : listenOnIpv6(port)) {
         acceptor_ = std::thread([this] { acceptConnections(); });
     }
 
@@ -182,20 +184,35 @@ class ScriptedServer::Listener {
     }
 
   private:
-    [[nodiscard]] int listenOn(int port) const {
-        const int reuse = 1;  // A test may follow another on the same port at once.
-        setsockopt(socket_.number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
+    [[nodiscard]] int listenOnIpv4(int port) const {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         address.sin_port = htons(static_cast<std::uint16_t>(port));
+        listenOn(address);
+        return ntohs(address.sin_port);
+    }
+
+    [[nodiscard]] int listenOnIpv6(int port) const {
+        sockaddr_in6 address{};
+        address.sin6_family = AF_INET6;
+        address.sin6_addr = in6addr_loopback;
+        address.sin6_port = htons(static_cast<std::uint16_t>(port));
+        listenOn(address);
+        return ntohs(address.sin6_port);
+    }
+
+    // Leaves the port that it got in the address.
+    template <typename Address>
+    void listenOn(Address& address) const {
+        const int reuse = 1;  // A test may follow another on the same port at once.
+        setsockopt(socket_.number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
         socklen_t size = sizeof address;
         auto* const generic = reinterpret_cast<sockaddr*>(&address);
         if (bind(socket_.number(), generic, size) != 0 || listen(socket_.number(), SOMAXCONN) != 0 ||
             getsockname(socket_.number(), generic, &size) != 0) {
             throw std::runtime_error("the scripted server cannot listen");
         }
-        return ntohs(address.sin_port);
     }
 
     // False when the server is to stop.
@@ -326,8 +343,8 @@ class ScriptedServer::Listener {
     std::vector<std::thread> connectionThreads_;  // The acceptor's own while it runs.
 };
 
-ScriptedServer::ScriptedServer(Responder responder, int port)
-    : listener_(std::make_unique<Listener>(std::move(responder), port)) {}
+ScriptedServer::ScriptedServer(Responder responder, int port, Loopback address)
+    : listener_(std::make_unique<Listener>(std::move(responder), port, address)) {}
 ScriptedServer::~ScriptedServer() = default;
 
 int ScriptedServer::port() const { return listener_->port(); }

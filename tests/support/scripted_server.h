@@ -52,11 +52,13 @@ using Responder = std::function<Script(const RecordedRequest&)>;
 [[nodiscard]] std::string answerBytes(int statusCode, std::string_view body,
                                       const std::vector<std::string>& fields = {});
 
-// Listens on 127.0.0.1, on the port given or one that is free. A connection carries one request. All functions are safe
-// from any thread; the responder must be, too.
+enum class Loopback { ipv4, ipv6 };  // 127.0.0.1, ::1
+
+// Listens on one loopback address, on the port given or one that is free. A connection carries one request. All
+// functions are safe from any thread; the responder must be, too.
 class ScriptedServer {
   public:
-    explicit ScriptedServer(Responder responder, int port = 0);
+    explicit ScriptedServer(Responder responder, int port = 0, Loopback address = Loopback::ipv4);
     ~ScriptedServer();  // Ends every script where it is and closes every connection.
     ScriptedServer(const ScriptedServer&) = delete;
     ScriptedServer& operator=(const ScriptedServer&) = delete;

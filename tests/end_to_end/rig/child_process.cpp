@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <linux/close_range.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <poll.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -13,6 +15,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 
@@ -52,6 +55,7 @@ class Beginning {
         resetSignals();
         placeDescriptors();
         mountOverlays();
+        if (launch_.noProcessSlots) takeProcessSlots();
         execve(launch_.path.c_str(), argumentPointers_.data(), environmentPointers_.data());
         giveUp("exec");
     }
@@ -97,6 +101,27 @@ class Beginning {
             const char* const folder = overlay.folder.c_str();
             if (mount("overlay", folder, "overlay", MS_RDONLY, overlay.options.c_str()) != 0) giveUp(folder);
         }
+    }
+
+    // Answers as the kernel does when there are no slots left. A limit would not do: it binds no superuser, and counts
+    // threads. The filter cannot read the arguments of clone3, but the C library asks by clone where that is missing.
+    void takeProcessSlots() const {
+        constexpr auto answer = [](unsigned error) { return SECCOMP_RET_ERRNO | error; };
+        constexpr auto call = static_cast<unsigned>(offsetof(seccomp_data, nr));
+        constexpr auto flags = static_cast<unsigned>(offsetof(seccomp_data, args));  // little-endian: the lower half
+        std::array<sock_filter, 8> filter{{
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, call),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_clone3, 0, 1),
+            BPF_STMT(BPF_RET | BPF_K, answer(ENOSYS)),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_clone, 0, 3),
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, flags),
+            BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, CLONE_THREAD, 1, 0),
+            BPF_STMT(BPF_RET | BPF_K, answer(EAGAIN)),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+        }};
+        const sock_fprog program{filter.size(), filter.data()};
+        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp("no new privileges");
+        if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) giveUp("system call filter");
     }
 
     const Launch& launch_;

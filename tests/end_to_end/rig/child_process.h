@@ -29,6 +29,7 @@ struct Launch {
     Environment environment;                       // the whole of it
     std::vector<std::pair<int, int>> descriptors;  // ours, and the number it gets in the child
     std::vector<OverlayMount> mounts;              // seen by the child and its children alone
+    bool noProcessSlots = false;                   // the system refuses it every further process, but no thread
 };
 
 struct ExitStatus {

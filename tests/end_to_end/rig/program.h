@@ -26,6 +26,7 @@ class Program {
         Environment environment;
         std::vector<OverlayMount> mounts = {};
         std::vector<std::string> arguments = {};
+        bool noProcessSlots = false;  // as in Launch
     };
 
     explicit Program(const Setting& setting);
