@@ -185,6 +185,16 @@ void RenderedView::makeStack(const Stack& stack, Inherited inherited) {
         children_.emplace_back(child, own_, inherited);
         children_.back().insertInto(*layout, layout->count(), child, stack);
     }
+    labelFields();
+}
+
+// A field that is called by the text before it has that text for its label.
+void RenderedView::labelFields() {
+    for (std::size_t slot = 1; slot < children_.size(); ++slot) {
+        auto* label = dynamic_cast<TextLabel*>(children_[slot - 1].own_);
+        auto* field = dynamic_cast<AddressField*>(children_[slot].own_);
+        if (label != nullptr && field != nullptr && label->text() == field->accessibleName()) label->setBuddy(field);
+    }
 }
 
 void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack) {

@@ -31,6 +31,7 @@ class RenderedView {
   private:
     void make(const View& view, QWidget* parent, Inherited inherited);
     void makeStack(const Stack& stack, Inherited inherited);
+    void labelFields();
     void updateStack(const Stack& stack, Inherited inherited);
     void insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack);
 

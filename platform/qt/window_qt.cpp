@@ -44,6 +44,7 @@ void Window::renderNow() {
 
 bool Window::event(QEvent* event) {
     const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::ApplicationFontChange) renderSoon();
     // By now the frame has been handed over to the window system; what the hook blocks, it blocks with the window there
     // to be seen. It runs by itself, outside of the painting.
     if (event->type() == QEvent::UpdateRequest && std::exchange(appearsWithNextFrame_, false)) {

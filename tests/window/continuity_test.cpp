@@ -88,6 +88,24 @@ TEST_F(WindowContinuity, AnotherRecordChangesTextsAndNoWidgets) {
     EXPECT_EQ(label("two"), value);
 }
 
+TEST_F(WindowContinuity, TheBannerMovesWhatIsBelowItAndNothingElse) {
+    const QRect title = placeOf(label("🔍 Hardware Detector"));
+    const QRect subtitle = placeOf(label("Detect your PC hardware for Velmora"));
+    const QRect address = placeOf(field());
+    const QRect detect = placeOf(button("Detect Hardware"));
+    banner(StatusType::info, "message");
+    const int moved = placeOf(bannerAround("message")).height() + 20;
+
+    EXPECT_EQ(placeOf(label("🔍 Hardware Detector")), title);
+    EXPECT_EQ(placeOf(label("Detect your PC hardware for Velmora")), subtitle);
+    EXPECT_EQ(placeOf(field()), address.translated(0, moved));
+    EXPECT_EQ(placeOf(button("Detect Hardware")), detect.translated(0, moved));
+
+    banner(StatusType::info, "");
+    EXPECT_EQ(placeOf(field()), address);
+    EXPECT_EQ(placeOf(button("Detect Hardware")), detect);
+}
+
 TEST_F(WindowContinuity, TheBannerComingAndGoingLeavesNoWidgetBehind) {
     const QList<QWidget*> before = window_.findChildren<QWidget*>();
     for (int round = 0; round < 100; ++round) {

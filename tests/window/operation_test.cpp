@@ -201,5 +201,24 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     EXPECT_EQ(machine().events.front(), "painted");
 }
 
+TEST_F(WindowOperation, TheFieldTakesTheKeysOfTextEditing) {
+    field()->setFocus();
+    field()->setText("http://one.example");
+    QTest::keyClick(field(), Qt::Key_Home);
+    QTest::keyClick(field(), Qt::Key_Delete);
+    EXPECT_EQ(field()->text(), "ttp://one.example");
+    QTest::keyClick(field(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), "http://one.example");
+    QTest::keyClick(field(), Qt::Key_Home, Qt::ShiftModifier);
+    QTest::keyClick(field(), Qt::Key_End);
+    QTest::keyClick(field(), Qt::Key_Left, Qt::ShiftModifier | Qt::ControlModifier);
+    QTest::keyClick(field(), Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), "http://one.");
+    QTest::keyClick(field(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(field(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), "example");
+    EXPECT_EQ(view_.websiteUrl.get(), "example");
+}
+
 }  // namespace
 }  // namespace window_test

@@ -85,6 +85,32 @@ TEST_F(WindowForScreenReaders, SymbolsAndSpinnersHaveNoWords) {
     }
 }
 
+TEST_F(WindowForScreenReaders, TheFieldIsLabelledByItsCaption) {
+    const auto relations = accessible(field())->relations(QAccessible::Label);
+    ASSERT_EQ(relations.size(), 1);
+    EXPECT_EQ(relations.front().first->text(QAccessible::Name), "Website URL:");
+    EXPECT_TRUE(accessible(field())->state().editable);
+}
+
+TEST_F(WindowForScreenReaders, EveryElementHasARoleANameAndAState) {
+    show(record());
+    banner(StatusType::error, "message");
+    button("Send to Website")->click();
+    settle();
+    for (QWidget* each : window_.findChildren<QWidget*>()) {
+        const bool speaks = qobject_cast<QLabel*>(each) != nullptr || qobject_cast<QLineEdit*>(each) != nullptr ||
+                            qobject_cast<QAbstractButton*>(each) != nullptr ||
+                            dynamic_cast<platform::SpokenGroup*>(each) != nullptr;
+        if (!speaks || !each->isVisible()) continue;
+        QAccessibleInterface* element = accessible(each);
+        EXPECT_NE(element->role(), QAccessible::NoRole);
+        EXPECT_NE(element->role(), QAccessible::Client) << "a role that says nothing";
+        EXPECT_NE(element->text(QAccessible::Name), "") << each->metaObject()->className();
+        EXPECT_FALSE(element->state().invisible);
+        EXPECT_EQ(element->state().disabled, !each->isEnabled());
+    }
+}
+
 TEST_F(WindowForScreenReaders, EveryTextIsInTheTreeUnderItsWords) {
     show(record());
     banner(StatusType::success, "Hardware detected successfully!");

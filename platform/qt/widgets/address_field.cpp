@@ -19,8 +19,6 @@ constexpr int textInset = 4;  // Beyond the two pixels that the toolkit keeps by
 
 AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
-    setFixedHeight(fieldHeight);
-    setFont(toolkitFont(TextStyle::body, std::nullopt));
     setTextMargins(textInset, 0, textInset, 0);
     setMaxLength(std::numeric_limits<int>::max());
     setAttribute(Qt::WA_MacShowFocusRect, false);
@@ -36,6 +34,8 @@ AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
 
 void AddressField::setContent(const TextField& field) {
     onChange_ = field.onChange;
+    setFixedHeight(qRound(fieldHeight * textScale()));
+    if (const QFont newFont = toolkitFont(TextStyle::body, std::nullopt); newFont != font()) setFont(newFont);
     setPlaceholderText(QString::fromStdString(field.placeholder));
     setAccessibleName(QString::fromStdString(field.accessibleName));
     const QString newText = QString::fromStdString(field.text);

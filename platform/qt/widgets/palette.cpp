@@ -1,6 +1,7 @@
 #include "platform/qt/widgets/palette.h"
 
 #include <QApplication>
+#include <QFontInfo>
 
 namespace platform {
 
@@ -13,6 +14,11 @@ QColor textColor(const QPalette& palette, double opacity) {
     color.setAlphaF(static_cast<float>(opacity));
     return color;
 }
+
+// The sizes of the styles are those beside a body text of this size.
+constexpr double usualSystemFontPixels = 13;
+// With larger texts the window could not hold everything.
+constexpr double largestScale = 1.5;
 
 struct StyleFont {
     int pixels;
@@ -44,7 +50,7 @@ QColor toolkitColor(Color color, const QPalette& palette) {
     const bool dark = isDark(palette);
     switch (color) {
         case Color::primary: return textColor(palette, 0.85);
-        case Color::secondary: return textColor(palette, dark ? 0.6 : 0.55);
+        case Color::secondary: return textColor(palette, 0.6);
         case Color::blue: return dark ? QColor(10, 132, 255) : QColor(0, 122, 255);
         case Color::green: return dark ? QColor(50, 215, 75) : QColor(40, 205, 65);
         case Color::red: return dark ? QColor(255, 69, 58) : QColor(255, 59, 48);
@@ -54,10 +60,14 @@ QColor toolkitColor(Color color, const QPalette& palette) {
     return {};
 }
 
+double textScale() {
+    return qBound(1.0, QFontInfo(QApplication::font()).pixelSize() / usualSystemFontPixels, largestScale);
+}
+
 QFont toolkitFont(TextStyle style, std::optional<Weight> weight) {
     const StyleFont own = fontOf(style);
     QFont font = QApplication::font();
-    font.setPixelSize(own.pixels);
+    font.setPixelSize(qRound(own.pixels * textScale()));
     font.setWeight(toolkitWeight(weight.value_or(own.weight)));
     return font;
 }

@@ -12,7 +12,10 @@ namespace platform {
 // Light or dark after the window background of `palette`, which follows the desktop's appearance.
 [[nodiscard]] QColor toolkitColor(Color color, const QPalette& palette);
 
-// The system's own font in the style's size, in logical pixels.
+// How much larger texts are drawn for a person whose system font is larger than usual; 1 or more.
+[[nodiscard]] double textScale();
+
+// The system's own font in the style's size, in logical pixels, which grows with the system font.
 [[nodiscard]] QFont toolkitFont(TextStyle style, std::optional<Weight> weight);
 
 }  // namespace platform

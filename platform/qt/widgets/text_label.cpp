@@ -70,6 +70,7 @@ void TextLabel::breakAt(int width) const {
         QTextOption option;
         option.setWrapMode(hasLongWord(lines_.text()) ? QTextOption::WrapAnywhere
                                                       : QTextOption::WrapAtWordBoundaryOrAnywhere);
+        option.setAlignment(text().isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft);
         lines_.setTextOption(option);
     }
     const QSizeF size = breakIntoLines(lines_, width);

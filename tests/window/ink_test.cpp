@@ -1,0 +1,197 @@
+// Where what is drawn lies, to the pixel: not where a widget stands, but where something is to be seen.
+#include <QApplication>
+#include <QImage>
+#include <QLabel>
+#include <QPixmap>
+#include <QTest>
+
+#include "platform/qt/widgets/spinner.h"
+#include "platform/qt/widgets/symbol_icon.h"
+#include "tests/window/appearance.h"
+#include "tests/window/scenes.h"
+
+namespace window_test {
+namespace {
+
+using StatusType = ContentView::StatusType;
+
+class WindowInk : public ScenicWindow {
+  protected:
+    QImage picture() {
+        settle();
+        return window_.grab().toImage();
+    }
+
+    // What inside `area` differs from the colour at its corner; empty when nothing does.
+    QRect inkIn(const QRect& area) {
+        const QImage image = picture();
+        const QRgb ground = image.pixel(area.topLeft());
+        QRect ink;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x) {
+                if (isFar(image.pixel(x, y), ground)) ink |= QRect(x, y, 1, 1);
+            }
+        }
+        return ink;
+    }
+
+    QRect inkOf(const QWidget* widget) { return inkIn(placeOf(widget)); }
+
+    static bool isFar(QRgb one, QRgb other) {
+        constexpr int faint = 40;
+        return qAbs(qRed(one) - qRed(other)) > faint || qAbs(qGreen(one) - qGreen(other)) > faint ||
+               qAbs(qBlue(one) - qBlue(other)) > faint;
+    }
+
+    static double centreOf(const QRect& ink) { return (ink.left() + ink.right() + 1) / 2.0; }
+    static double middleOf(const QRect& ink) { return (ink.top() + ink.bottom() + 1) / 2.0; }
+
+    template <typename Kind>
+    const QWidget* find() const {
+        for (const QWidget* each : window_.findChildren<QWidget*>()) {
+            if (each->isVisible() && dynamic_cast<const Kind*>(each) != nullptr) return each;
+        }
+        return nullptr;
+    }
+};
+
+TEST_F(WindowInk, HeaderBannerAndButtonTextsAreInTheMiddleToTheEye) {
+    bringAbout("detected");
+    EXPECT_NEAR(centreOf(inkOf(label("🔍 Hardware Detector"))), 300, 2);
+    EXPECT_NEAR(centreOf(inkOf(label("Detect your PC hardware for Velmora"))), 300, 2);
+    EXPECT_NEAR(centreOf(inkIn(placeOf(button("Detect Hardware")).adjusted(12, 12, -12, -12))), 300, 1.5);
+    EXPECT_NEAR(centreOf(inkIn(placeOf(button("Send to Website")).adjusted(12, 12, -12, -12))), 300, 1.5);
+    EXPECT_NEAR(centreOf(inkIn(placeOf(bannerAround("Hardware detected successfully!")).adjusted(12, 12, -12, -12))),
+                300, 1.5);
+}
+
+TEST_F(WindowInk, ButtonTextsAreInTheMiddleFromTopToBottom) {
+    bringAbout("detected");
+    const QWidget* detect = button("Detect Hardware");
+    const QRect place = placeOf(detect);
+    EXPECT_NEAR(middleOf(inkIn(place.adjusted(12, 12, -12, -12))), place.center().y() + 0.5, 1.5);
+}
+
+TEST_F(WindowInk, TheSymbolIsInLineWithTheBannersText) {
+    banner(StatusType::success, "Hxxx");
+    EXPECT_NEAR(middleOf(inkOf(find<platform::SymbolIcon>())), middleOf(inkOf(label("Hxxx"))), 1);
+}
+
+TEST_F(WindowInk, LabelAndValueStandOnOneLine) {
+    show(record("Hxxx"));
+    const QRect name = inkOf(label("OS:"));
+    const QRect value = inkOf(label("macOS"));
+    EXPECT_EQ(name.bottom(), value.bottom());
+    EXPECT_EQ(label("OS:")->height(), label("macOS")->height());
+}
+
+TEST_F(WindowInk, CornersAreRoundedByEight) {
+    bringAbout("detected");
+    const QImage image = picture();
+    for (const QWidget* box : {static_cast<const QWidget*>(button("Detect Hardware")),
+                               static_cast<const QWidget*>(button("Send to Website"))}) {
+        const QRect place = placeOf(box);
+        const QRgb ground = image.pixel(place.topLeft() - QPoint(2, 2));
+        const QRgb fill = image.pixel(place.topLeft() + QPoint(9, 9));
+        // The arc of a circle around (8, 8) crosses the diagonal at 8 - 8/sqrt(2) = 2.3, and the edges at 8.
+        EXPECT_FALSE(isFar(image.pixel(place.topLeft() + QPoint(1, 1)), ground));
+        EXPECT_FALSE(isFar(image.pixel(place.topLeft() + QPoint(3, 3)), fill));
+        EXPECT_TRUE(isFar(image.pixel(place.topLeft() + QPoint(3, 0)), fill));
+        EXPECT_FALSE(isFar(image.pixel(place.topLeft() + QPoint(9, 0)), fill));
+    }
+}
+
+TEST_F(WindowInk, TheSpinnerIsDrawnAtFourFifthsWithEightAndTheSpacingBehindIt) {
+    bringAbout("detecting");
+    const QWidget* spinner = find<platform::Spinner>();
+    ASSERT_NE(spinner, nullptr);
+    const QRect ink = inkOf(spinner);
+    EXPECT_EQ(spinner->size(), QSize(16, 16));
+    EXPECT_LE(ink.height(), 13);  // 16 times 0.8, its faint spokes not counted.
+    EXPECT_GE(placeOf(spinner).height() - ink.height(), 3);
+    EXPECT_EQ(placeOf(label("Detecting...")).left() - placeOf(spinner).right() - 1, 8 + 8);
+}
+
+TEST_F(WindowInk, TheSpinnerTurns) {
+    bringAbout("detecting");
+    const QRect place = placeOf(find<platform::Spinner>());
+    const QImage before = picture().copy(place);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window_.grab().toImage().copy(place) != before; }, 30'000));
+}
+
+TEST_F(WindowInk, WeightsAndSizesAreThoseOfTheStyles) {
+    bringAbout("detected");
+    const auto expectFont = [this](const char* text, int pixels, QFont::Weight weight) {
+        EXPECT_EQ(label(text)->font().pixelSize(), pixels) << text;
+        EXPECT_EQ(label(text)->font().weight(), weight) << text;
+    };
+    expectFont("🔍 Hardware Detector", 17, QFont::Bold);
+    expectFont("Detect your PC hardware for Velmora", 11, QFont::Normal);
+    expectFont("Hardware detected successfully!", 11, QFont::Normal);
+    expectFont("Website URL:", 13, QFont::DemiBold);
+    expectFont("Detect Hardware", 13, QFont::Normal);
+    expectFont("Detected Hardware:", 13, QFont::DemiBold);
+    expectFont("Processor:", 13, QFont::DemiBold);
+    expectFont("Apple M1 Pro", 13, QFont::Normal);
+}
+
+// The first strong character decides: lines then begin at the right, and a short last one ends before the left edge.
+TEST_F(WindowInk, AValueInARightToLeftScriptBeginsAtTheRight) {
+    QString words;
+    for (int word = 0; word < 14; ++word) words += QStringLiteral("מעבד ");
+    show(record(words.trimmed().toStdString()));
+    const QWidget* value = label(words.trimmed().toStdString());
+    ASSERT_NE(value, nullptr);
+    const QRect place = placeOf(value);
+    const int lineHeight = value->fontMetrics().height();
+    ASSERT_GT(place.height(), lineHeight) << "it should take two lines";
+    const QRect lastLine = inkIn(place.adjusted(0, place.height() - lineHeight, 0, 0));
+    EXPECT_LT(place.right() - lastLine.right(), 6);
+    EXPECT_GT(lastLine.left() - place.left(), 20);
+}
+
+TEST_F(WindowInk, TheFocusIsToBeSeenInLightAndDark) {
+    show(recordOfLength(1'000));
+    for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
+        QApplication::setPalette(paletteOf(appearance));
+        for (QWidget* each : {static_cast<QWidget*>(field()), static_cast<QWidget*>(button("Detect Hardware")),
+                              static_cast<QWidget*>(list()), static_cast<QWidget*>(button("Send to Website"))}) {
+            window_.setFocus();
+            const QImage without = picture();
+            each->setFocus(Qt::TabFocusReason);
+            const QImage with = picture();
+            int changed = 0;
+            for (int x = 0; x < with.width(); ++x) {
+                for (int y = 0; y < with.height(); ++y) changed += isFar(with.pixel(x, y), without.pixel(x, y)) ? 1 : 0;
+            }
+            EXPECT_GT(changed, each->width()) << each->metaObject()->className();
+        }
+    }
+    QApplication::setPalette(paletteOf(Appearance::light));
+}
+
+class WindowInkAtTextSize : public WindowInk, public testing::WithParamInterface<int> {};
+
+TEST_P(WindowInkAtTextSize, TextsGrowWithTheSystemsFontAndNothingIsLost) {
+    bringAbout("detected");
+    const int usual = label("Website URL:")->height();
+    QApplication::setFont(fixedFont(GetParam()));
+    settle();
+    EXPECT_GT(label("Website URL:")->height(), usual);
+    EXPECT_GE(field()->height(), field()->fontMetrics().height());
+    for (const char* name : {"Detect Hardware", "Send to Website"}) {
+        EXPECT_TRUE(window_.rect().contains(placeOf(button(name)))) << name;
+    }
+    EXPECT_GE(list()->height(), label("OS:")->height());
+    for (const char* text : {"Detect Hardware", "Send to Website", "Hardware detected successfully!", "OS:"}) {
+        EXPECT_GE(label(text)->height(), label(text)->fontMetrics().height()) << text;
+    }
+    QApplication::setFont(fixedFont());
+    settle();
+    EXPECT_EQ(label("Website URL:")->height(), usual);
+}
+
+INSTANTIATE_TEST_SUITE_P(FontsOf, WindowInkAtTextSize, testing::Values(15, 18, 30));
+
+}  // namespace
+}  // namespace window_test
