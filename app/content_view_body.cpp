@@ -14,6 +14,7 @@ constexpr int cornerRadius = 8;
 constexpr double tint = 0.1;  // Opacity of the coloured backgrounds behind text.
 constexpr int maximumListHeight = 200;
 constexpr const char* urlCaption = "Website URL:";
+constexpr const char* listCaption = "Detected Hardware:";
 
 View header() {
     return vstack(Alignment::center, 8,
@@ -104,9 +105,10 @@ std::vector<HardwareRow> rowsOf(const HardwareInfo& hardware) {
 }
 
 View hardwareList(const HardwareInfo& hardware) {
-    std::vector<View> lines = {View(Text{.text = "Detected Hardware:", .style = TextStyle::headline})};
+    std::vector<View> lines = {View(Text{.text = listCaption, .style = TextStyle::headline})};
     for (const HardwareRow& row : rowsOf(hardware)) lines.push_back(row.body());
     return View(ScrollArea{maximumListHeight,
+                           listCaption,
                            {vstack(Alignment::leading, 12, std::move(lines))
                                 .padding()
                                 .stretch(Alignment::leading)

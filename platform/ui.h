@@ -78,7 +78,8 @@ struct Button {
 // the one element that gives way when the window is too low for everything.
 struct ScrollArea {
     int maximumHeight;
-    std::vector<View> content;  // Exactly one.
+    std::string accessibleName;  // What a screen reader calls the area.
+    std::vector<View> content;   // Exactly one.
 };
 
 // Modifiers wrap what stands before them: a background after a padding fills the padding too.

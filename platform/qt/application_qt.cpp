@@ -7,8 +7,7 @@
 #include <QThreadPool>
 #include <cstdio>
 
-#include "platform/qt/widgets/action_button.h"
-#include "platform/qt/widgets/spoken_group.h"
+#include "platform/qt/accessible_elements.h"
 #include "platform/qt/window_qt.h"
 
 namespace platform {
@@ -39,8 +38,7 @@ void application::run(const WindowGroup& scene) {
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
     keepPaintingSimple();
-    installActionButtonAccessibility();
-    installSpokenGroupAccessibility();
+    installAccessibleElements();
 
     Window window(scene);
     window.show();

@@ -248,6 +248,7 @@ void RenderedView::update(const View& view, Inherited surroundings) {
         made->setDisabledInPlace(disabled != nullptr && disabled->disabled);
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
         own_->setMaximumHeight(area->maximumHeight);
+        own_->setAccessibleName(QString::fromStdString(area->accessibleName));
         children_.front().update(area->content.front(), inherited);
     }
 

@@ -3,8 +3,7 @@
 
 #include <QApplication>
 
-#include "platform/qt/widgets/action_button.h"
-#include "platform/qt/widgets/spoken_group.h"
+#include "platform/qt/accessible_elements.h"
 #include "tests/window/appearance.h"
 
 int main(int argc, char** argv) {
@@ -13,7 +12,6 @@ int main(int argc, char** argv) {
     QApplication toolkit(argc, argv);
     QApplication::setFont(window_test::fixedFont());
     QApplication::setPalette(window_test::paletteOf(window_test::Appearance::light));
-    platform::installActionButtonAccessibility();
-    platform::installSpokenGroupAccessibility();
+    platform::installAccessibleElements();
     return RUN_ALL_TESTS();
 }

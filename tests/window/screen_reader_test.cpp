@@ -80,7 +80,7 @@ TEST_F(WindowForScreenReaders, SymbolsAndSpinnersHaveNoWords) {
     for (QWidget* each : window_.findChildren<QWidget*>()) {
         const bool isText = qobject_cast<QLabel*>(each) != nullptr || qobject_cast<QLineEdit*>(each) != nullptr;
         const bool isSpoken = dynamic_cast<platform::SpokenGroup*>(each) != nullptr;
-        if (isText || isSpoken || qobject_cast<QAbstractButton*>(each) != nullptr) continue;
+        if (isText || isSpoken || qobject_cast<QAbstractButton*>(each) != nullptr || each == list()) continue;
         EXPECT_EQ(accessible(each)->text(QAccessible::Name), "") << each->metaObject()->className();
     }
 }
@@ -90,6 +90,22 @@ TEST_F(WindowForScreenReaders, TheFieldIsLabelledByItsCaption) {
     ASSERT_EQ(relations.size(), 1);
     EXPECT_EQ(relations.front().first->text(QAccessible::Name), "Website URL:");
     EXPECT_TRUE(accessible(field())->state().editable);
+}
+
+TEST_F(WindowForScreenReaders, TheListIsAPaneCalledByItsCaptionWithNothingButItsContent) {
+    show(recordOfLength(1'000));
+    QAccessibleInterface* area = accessible(list());
+    EXPECT_EQ(area->role(), QAccessible::Pane);
+    EXPECT_EQ(area->text(QAccessible::Name), "Detected Hardware:");
+    ASSERT_EQ(area->childCount(), 1);
+    EXPECT_EQ(area->indexOfChild(area->child(0)), 0);
+    EXPECT_EQ(area->child(0)->object(), list()->viewport());
+    EXPECT_EQ(area->child(1), nullptr);
+}
+
+TEST_F(WindowForScreenReaders, TheWindowIsOneByItsName) {
+    EXPECT_EQ(accessible(&window_)->role(), QAccessible::Window);
+    EXPECT_EQ(accessible(&window_)->text(QAccessible::Name), "Hardware Detector");
 }
 
 TEST_F(WindowForScreenReaders, EveryElementHasARoleANameAndAState) {

@@ -1,62 +1,12 @@
 #include "platform/qt/widgets/action_button.h"
 
 #include <QAccessible>
-#include <QAccessibleWidget>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QVBoxLayout>
 #include <utility>
 
 namespace platform {
-
-namespace {
-
-class ActionButtonAccessible : public QAccessibleWidget {
-  public:
-    explicit ActionButtonAccessible(ActionButton* button) : QAccessibleWidget(button, QAccessible::Button) {}
-
-    [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        if (kind == QAccessible::Name) return button()->text();
-        return QAccessibleWidget::text(kind);
-    }
-    [[nodiscard]] int childCount() const override { return 0; }
-    [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
-    [[nodiscard]] int indexOfChild(const QAccessibleInterface*) const override { return -1; }
-    [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
-
-    [[nodiscard]] QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.busy = button()->isBusy();
-        return state;
-    }
-
-    [[nodiscard]] QStringList actionNames() const override {
-        QStringList names;
-        if (button()->isEnabled()) names << pressAction();
-        return names << QAccessibleWidget::actionNames();
-    }
-    void doAction(const QString& name) override {
-        if (name == pressAction()) {
-            // Later, so that whoever asked for it has its answer before the click's consequences begin.
-            QMetaObject::invokeMethod(button(), &QAbstractButton::click, Qt::QueuedConnection);
-        } else {
-            QAccessibleWidget::doAction(name);
-        }
-    }
-    [[nodiscard]] QStringList keyBindingsForAction(const QString&) const override { return {}; }
-
-  private:
-    [[nodiscard]] ActionButton* button() const { return static_cast<ActionButton*>(widget()); }
-};
-
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-    auto* button = dynamic_cast<ActionButton*>(object);
-    return button != nullptr ? new ActionButtonAccessible(button) : nullptr;
-}
-
-}  // namespace
-
-void installActionButtonAccessibility() { QAccessible::installFactory(makeAccessible); }
 
 ActionButton::ActionButton(QWidget* parent) : QAbstractButton(parent) {
     setFocusPolicy(Qt::StrongFocus);

@@ -34,7 +34,4 @@ class ActionButton : public QAbstractButton {
     bool waitsForFocus_ = false;
 };
 
-// Teaches screen readers that such a button is one element, and not its label's parts as well.
-void installActionButtonAccessibility();
-
 }  // namespace platform

@@ -1,21 +1,8 @@
 #include "platform/qt/widgets/spoken_group.h"
 
-#include <QAccessibleWidget>
+#include <QAccessible>
 
 namespace platform {
-
-namespace {
-
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-    auto* group = dynamic_cast<SpokenGroup*>(object);
-    if (group == nullptr) return nullptr;
-    // Screen readers say a notification when it comes on screen, wherever the focus is.
-    return new QAccessibleWidget(group, group->isAnnounced() ? QAccessible::Notification : QAccessible::Grouping);
-}
-
-}  // namespace
-
-void installSpokenGroupAccessibility() { QAccessible::installFactory(makeAccessible); }
 
 SpokenGroup::SpokenGroup(QWidget* parent, bool isAnnounced) : QWidget(parent), isAnnounced_(isAnnounced) {}
 

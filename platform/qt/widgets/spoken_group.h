@@ -18,6 +18,4 @@ class SpokenGroup : public QWidget {
     bool isAnnounced_;
 };
 
-void installSpokenGroupAccessibility();
-
 }  // namespace platform
