@@ -14,4 +14,6 @@ test_packages=(
     libatspi2.0-dev libxtst-dev at-spi2-core dbus-daemon xvfb xauth procps
 )
 
+bench_packages=(libbenchmark-dev)
+
 check_packages=(clang-format clang-tidy shellcheck)

@@ -154,6 +154,9 @@ TEST_F(CommandFault, WithoutAFreeProcessSlotTheFixedValuesStandAndNoPageOpens) {
 
 // The toolkit needs some for what it does for the first time, hence the detection before.
 TEST_F(CommandFault, WithoutAFreeDescriptorTheFixedValuesStandAndNothingIsSent) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizers look at memory through pipes, and take it for broken when they get none";
+#endif
     const ScriptedServer server(website({}), websitePort);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
@@ -163,7 +166,7 @@ TEST_F(CommandFault, WithoutAFreeDescriptorTheFixedValuesStandAndNothingIsSent) 
     ASSERT_TRUE(shows(window, "Hardware detected successfully!"));
     takeFreeDescriptorsFrom(program);
     ASSERT_TRUE(press(window, "Detect Hardware"));
-    ASSERT_TRUE(shows(window, "Unknown 4GB"));
+    ASSERT_TRUE(shows(window, "Unknown 4GB")) << program.bytes(Stream::error);
     EXPECT_EQ(valuesIn(window), fallbacks);
     ASSERT_TRUE(press(window, "Send to Website"));
     EXPECT_TRUE(shows(window, "Error: Failed to send hardware data. Check the console for details."))

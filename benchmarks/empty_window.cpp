@@ -1,0 +1,11 @@
+// The floor of a start: a window of the same size with nothing in it.
+#include <QApplication>
+#include <QWidget>
+
+int main(int argc, char** argv) {
+    QApplication toolkit(argc, argv);
+    QWidget window(nullptr, Qt::Window | Qt::FramelessWindowHint);
+    window.setFixedSize(600, 500);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,38 @@
+// A figure beside its floor, and the table of them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace benchmarks {
+
+struct Samples {
+    std::vector<double> values;
+
+    [[nodiscard]] double median() const;
+    [[nodiscard]] double least() const;
+    [[nodiscard]] double most() const;
+};
+
+// Met when it is within any of the limits that are set.
+struct Target {
+    std::optional<double> ratio = {};     // to the floor
+    std::optional<double> more = {};      // than the floor, in the figure's unit
+    std::optional<double> absolute = {};  // in the figure's unit
+};
+
+struct Figure {
+    std::string name;
+    std::string unit;
+    Samples program;
+    Samples floor;  // empty where there is none
+    Target target;
+
+    [[nodiscard]] bool isMet() const;  // by the medians; true without a target
+};
+
+// One row for each, with its floor below it.
+void print(const std::vector<Figure>& figures);
+
+}  // namespace benchmarks

@@ -1,0 +1,87 @@
+// Prints every figure beside its floor and its target. With --check it ends with 1 when a target is missed.
+//   bench <file of services_benchmark> <file of window_benchmark> [--check]
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "benchmarks/figure.h"
+#include "benchmarks/whole_process.h"
+#include "tests/end_to_end/rig/namespaces.h"
+
+namespace {
+
+using benchmarks::Figure;
+using benchmarks::Samples;
+
+constexpr int rounds = 15;
+
+// From the comma-separated file of a benchmark: the repetitions of each, in nanoseconds.
+std::map<std::string, Samples> samplesIn(const char* path, bool processorTime) {
+    std::map<std::string, Samples> all;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line.front() != '"') continue;
+        std::string name = line.substr(1, line.find('"', 1) - 1);
+        if (name.find('_') != std::string::npos) continue;  // Aggregates are called after what they sum up.
+        name = name.substr(0, std::min(name.find("/iterations"), name.find("/real_time")));
+        std::istringstream rest(line.substr(line.find('"', 1) + 2));
+        std::string field;
+        std::getline(rest, field, ',');  // iterations
+        std::getline(rest, field, ',');
+        if (processorTime) std::getline(rest, field, ',');
+        all[name].values.push_back(std::stod(field));
+    }
+    return all;
+}
+
+Samples scaled(Samples samples, double factor) {
+    for (double& value : samples.values) value *= factor;
+    return samples;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 3) return 2;
+    const auto services = samplesIn(argv[1], false);
+    const auto window = samplesIn(argv[2], true);
+    if (const auto failure = end_to_end::enterOwnNamespaces(end_to_end::Network::own)) {
+        std::fprintf(stderr, "The benchmark needs namespaces of its own, and %s.\n", failure->c_str());
+        return 2;
+    }
+
+    constexpr double milliseconds = 1e-6;
+    std::vector<Figure> figures = benchmarks::wholeProcessFigures(rounds);
+    figures.push_back({"detect()",
+                       "ms",
+                       scaled(services.at("detect"), milliseconds),
+                       scaled(services.at("detectFloor"), milliseconds),
+                       {.ratio = 1.03}});
+    figures.push_back({"sendToWebsite, call to return",
+                       "ms",
+                       scaled(services.at("send"), milliseconds),
+                       scaled(services.at("sendFloor"), milliseconds),
+                       {.ratio = 1.10, .more = 0.3}});
+    figures.push_back({"a keystroke to its repaint, processor time",
+                       "ms",
+                       scaled(window.at("keystroke"), milliseconds),
+                       {},
+                       {.absolute = 0.5}});
+    benchmarks::print(figures);
+
+    std::printf("\ngrowth: nanoseconds for each byte\n");
+    for (const auto* part : {&window, &services}) {
+        for (const auto& [name, samples] : *part) {
+            const std::size_t slash = name.find('/');
+            if (slash == std::string::npos) continue;
+            const double size = std::stod(name.substr(slash + 1));
+            std::printf("%-40s %10.3f\n", name.c_str(), samples.median() / size);
+        }
+    }
+
+    const bool allMet = std::all_of(figures.begin(), figures.end(), [](const Figure& each) { return each.isMet(); });
+    return argc > 3 && std::string(argv[3]) == "--check" && !allMet ? 1 : 0;
+}

@@ -1,0 +1,276 @@
+#include "benchmarks/whole_process.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "benchmarks/first_frame.h"
+#include "tests/end_to_end/rig/desktop_session.h"
+#include "tests/end_to_end/rig/keyboard.h"
+#include "tests/end_to_end/rig/program.h"
+#include "tests/end_to_end/rig/program_window.h"
+#include "tests/end_to_end/rig/scripted_machine.h"
+#include "tests/support/scripted_server.h"
+
+namespace benchmarks {
+
+namespace {
+
+using end_to_end::DesktopSession;
+using end_to_end::Keyboard;
+using end_to_end::Program;
+using end_to_end::ProgramWindow;
+using testSupport::answerBytes;
+using testSupport::Script;
+using testSupport::ScriptedServer;
+using testSupport::Send;
+
+using Clock = std::chrono::steady_clock;
+
+constexpr double millisecond = 1'000'000;
+constexpr const char* refusal = R"({"success": false, "error": "no"})";
+constexpr const char* lastLineOfARefusal =
+    "❌ Failed to send hardware data. Check the console output above for details.";
+
+double millisecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+[[noreturn]] void giveUp(const char* what) {
+    std::fprintf(stderr, "The benchmark cannot go on: %s.\n", what);
+    std::exit(2);
+}
+
+void require(bool condition, const char* what) {
+    if (!condition) giveUp(what);
+}
+
+// In megabytes.
+double peakMemoryOf(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("VmHWM:", 0) == 0) return std::strtod(line.c_str() + 6, nullptr) / 1024;
+    }
+    return 0;
+}
+
+struct Activity {
+    double processorTime = 0;  // in milliseconds
+    double wakeUps = 0;
+};
+
+Activity activityOf(pid_t process) {
+    Activity activity;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
+        double nanoseconds = 0;
+        std::ifstream(thread.path() / "schedstat") >> nanoseconds;
+        activity.processorTime += nanoseconds / millisecond;
+        std::ifstream status(thread.path() / "status");
+        for (std::string line; std::getline(status, line);) {
+            if (line.rfind("voluntary_ctxt_switches:", 0) == 0)
+                activity.wakeUps += std::strtod(line.c_str() + 24, nullptr);
+        }
+    }
+    return activity;
+}
+
+class Bench {
+  public:
+    explicit Bench(int rounds)
+        : rounds_(rounds),
+          server_([](const testSupport::RecordedRequest&) -> Script { return {Send{answerBytes(200, refusal)}}; },
+                  WEBSITE_PORT) {
+        require(!session_.failure(), "there is no display");
+        environment_ = session_.environment();
+        environment_["HOME"] = home_.path();
+        environment_["LC_ALL"] = "C.UTF-8";
+        // As on a desktop where nobody uses a screen reader.
+        environment_["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";
+        environment_.erase("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
+    }
+
+    std::vector<Figure> figures() {
+        measureStart();
+        measureDetectionAndSubmission();
+        measureQuit();
+        measureAnswers();
+        measureIdleness();
+        measureSize();
+        return std::move(figures_);
+    }
+
+  private:
+    [[nodiscard]] Program::Setting settingOf(const char* path) const {
+        return {.path = path, .environment = environment_};
+    }
+
+    struct Start {
+        double time;
+        double memory;
+    };
+
+    Start startOf(const char* path) {
+        const WatchedPlace middle(session_.display(), 300, 480);
+        const unsigned long before = middle.colour();
+        const auto start = Clock::now();
+        Program program(settingOf(path));
+        require(middle.waitForOtherThan(before), "no window came");
+        const double time = millisecondsSince(start);
+        program.signal(SIGSTOP);
+        return {time, peakMemoryOf(program.pid())};
+    }
+
+    void measureStart() {
+        Figure time{"exec to first painted frame", "ms", {}, {}, {.ratio = 1.20}};
+        Figure memory{"peak memory at that moment", "MB", {}, {}, {.ratio = 1.25}};
+        for (int round = -2; round < rounds_; ++round) {
+            const Start own = startOf(PROGRAM_PATH);
+            const Start floor = startOf(EMPTY_WINDOW_PATH);
+            if (round < 0) continue;  // warm-up
+            time.program.values.push_back(own.time);
+            time.floor.values.push_back(floor.time);
+            memory.program.values.push_back(own.memory);
+            memory.floor.values.push_back(floor.memory);
+        }
+        floorMemory_ = memory.floor;
+        figures_.push_back(time);
+        figures_.push_back(memory);
+    }
+
+    // By the keyboard: the field has the focus at first, then come the button, the list and the other button.
+    void measureDetectionAndSubmission() {
+        Figure press{"press of Detect to the banner painted", "ms", {}, {}, {.more = 8}};
+        Figure memory{"peak memory after a detection and a submission", "MB", {}, floorMemory_, {.ratio = 1.5}};
+        for (int round = -2; round < rounds_; ++round) {
+            Program program(settingOf(PROGRAM_PATH));
+            const auto window = ProgramWindow::waitFor(session_.display(), program.pid());
+            require(window.has_value(), "no window came");
+            require(program.waitForLine([](std::string_view line) { return line.find("Response: ") != line.npos; })
+                        .has_value(),
+                    "the website was not asked");
+            window->giveKeyboard();
+            Keyboard keyboard(session_.display());
+            keyboard.press("Tab");
+            const WatchedPlace banner(session_.display(), 24, 130);
+            const unsigned long before = banner.colour();
+            const auto start = Clock::now();
+            keyboard.press("space");
+            require(banner.waitForOtherThan(before), "no banner came");
+            const double own = millisecondsSince(start);
+
+            Program commands(settingOf(BARE_COMMANDS_PATH));
+            require(commands.waitForExit().has_value(), "the commands did not end");
+            keyboard.press("Tab");
+            keyboard.press("Tab");
+            keyboard.press("space");
+            require(program.waitForLine(lastLineOfARefusal), "nothing was sent");
+            if (round < 0) continue;
+            press.program.values.push_back(own);
+            press.floor.values.push_back(std::stod(commands.bytes(end_to_end::Stream::output)));
+            memory.program.values.push_back(peakMemoryOf(program.pid()));
+        }
+        figures_.push_back(memory);
+        figures_.push_back(press);
+    }
+
+    void measureQuit() {
+        Figure quit{"quit while a command and a request hang", "ms", {}, {}, {.absolute = 50}};
+        for (int round = 0; round < rounds_; ++round) {
+            end_to_end::ScriptedMachine machine;
+            machine.script("/usr/sbin/sysctl", "true");
+            machine.hold("/usr/sbin/sysctl");
+            Program::Setting setting = settingOf(PROGRAM_PATH);
+            setting.mounts = machine.mounts();
+            Program program(setting);
+            const auto window = ProgramWindow::waitFor(session_.display(), program.pid());
+            require(window.has_value(), "no window came");
+            require(program.waitForLine([](std::string_view line) { return line.find("Response: ") != line.npos; })
+                        .has_value(),
+                    "the website was not asked");
+            window->giveKeyboard();
+            Keyboard keyboard(session_.display());
+            keyboard.press("Tab");
+            keyboard.press("space");
+            require(machine.waitForRuns(1), "no command ran");
+            const auto start = Clock::now();
+            window->askToClose();
+            require(program.waitForExit().has_value(), "it did not end");
+            quit.program.values.push_back(millisecondsSince(start));
+        }
+        figures_.push_back(quit);
+    }
+
+    void measureAnswers() {
+        for (const std::size_t size : {1U, 8U, 64U}) {
+            const std::string name = "answer of " + std::to_string(size) + " MiB";
+            const std::string body = std::string(size << 20U, 'x');
+            const ScriptedServer server(testSupport::always({Send{answerBytes(200, body)}}));
+            Figure time{name, "ms", {}, {}, {}};
+            Figure memory{name + ", peak memory added", "MiB", {}, {}, {.absolute = 3.0 * static_cast<double>(size)}};
+            for (int round = -1; round < 5; ++round) {
+                Program::Setting setting = settingOf(SEND_ONCE_PATH);
+                setting.arguments = {server.url("")};
+                Program program(setting);
+                require(program.waitForExit().has_value(), "the answer was not taken");
+                double took = 0;
+                double before = 0;
+                double after = 0;
+                std::istringstream(program.bytes(end_to_end::Stream::error)) >> took >> before >> after;
+                if (round < 0) continue;
+                time.program.values.push_back(took);
+                memory.program.values.push_back((after - before) / 1024);
+            }
+            figures_.push_back(time);
+            figures_.push_back(memory);
+        }
+    }
+
+    void measureIdleness() {
+        constexpr std::chrono::seconds settling{3};
+        constexpr std::chrono::seconds idle{60};
+        Program program(settingOf(PROGRAM_PATH));
+        Program floor(settingOf(EMPTY_WINDOW_PATH));
+        require(
+            program.waitForLine([](std::string_view line) { return line.find("Response: ") != line.npos; }).has_value(),
+            "the website was not asked");
+        std::this_thread::sleep_for(settling);
+        const Activity before = activityOf(program.pid());
+        const Activity floorBefore = activityOf(floor.pid());
+        std::this_thread::sleep_for(idle);
+        const Activity after = activityOf(program.pid());
+        const Activity floorAfter = activityOf(floor.pid());
+        figures_.push_back({"60 idle seconds, processor time",
+                            "ms",
+                            {{after.processorTime - before.processorTime}},
+                            {{floorAfter.processorTime - floorBefore.processorTime}},
+                            {.absolute = 0}});
+        figures_.push_back({"60 idle seconds, wake-ups",
+                            "",
+                            {{after.wakeUps - before.wakeUps}},
+                            {{floorAfter.wakeUps - floorBefore.wakeUps}},
+                            {.absolute = 0}});
+    }
+
+    void measureSize() {
+        const auto size = static_cast<double>(std::filesystem::file_size(STRIPPED_PROGRAM_PATH)) / 1024;
+        figures_.push_back({"stripped program file", "KiB", {{size}}, {}, {.absolute = 700}});
+    }
+
+    int rounds_;
+    DesktopSession session_;
+    end_to_end::ScratchFolder home_;
+    end_to_end::Environment environment_;
+    ScriptedServer server_;
+    Samples floorMemory_;
+    std::vector<Figure> figures_;
+};
+
+}  // namespace
+
+std::vector<Figure> wholeProcessFigures(int rounds) { return Bench(rounds).figures(); }
+
+}  // namespace benchmarks

@@ -1,0 +1,13 @@
+// What is measured of the program as a whole, on a display of its own.
+#pragma once
+
+#include <vector>
+
+#include "benchmarks/figure.h"
+
+namespace benchmarks {
+
+// In network, mount and process namespaces of the caller's own.
+[[nodiscard]] std::vector<Figure> wholeProcessFigures(int rounds);
+
+}  // namespace benchmarks

@@ -1,0 +1,98 @@
+// The window and what is shown in it, on the toolkit's offscreen platform with scripted services behind it.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+
+#include "app/content_view.h"
+#include "hardware/hardware_detector.h"
+#include "platform/qt/accessible_elements.h"
+#include "platform/qt/window_qt.h"
+#include "tests/stand_ins/stand_ins.h"
+
+namespace {
+
+struct ShownView {
+    ContentView view;
+    platform::Window window{
+        {.name = "Hardware Detector", .width = 600, .height = 500, .body = [view = view] { return view.body(); }}};
+
+    ShownView() {
+        window.show();
+        settle();
+    }
+
+    static void settle() {
+        for (int round = 0; round < 3; ++round) {
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+        }
+    }
+};
+
+HardwareInfo recordWith(const std::string& processor) {
+    return {"macOS", processor, "Apple M1 GPU", 16, "DDR4", 2666, 494, "SSD", "Not Applicable", 4};
+}
+
+// From a key to the window painted anew, with everything shown. Counted in processor time.
+void keystroke(benchmark::State& state) {
+    standIn::reset();
+    ShownView shown;
+    shown.view.detectedHardware.set(recordWith("Apple M1 Pro"));
+    shown.view.statusMessage.set("Hardware detected successfully!");
+    ShownView::settle();
+    auto* field = shown.window.findChild<QLineEdit*>();
+    field->setFocus();
+    const auto widgets = shown.window.findChildren<QWidget*>();
+    for (auto _ : state) {
+        QTest::keyClick(field, Qt::Key_X);
+        ShownView::settle();
+        if (field->text().size() > 60) field->clear();
+    }
+    state.counters["widgets_created"] = shown.window.findChildren<QWidget*>() == widgets ? 0 : 1;
+}
+BENCHMARK(keystroke);
+
+void probeBySizeOfOutput(benchmark::State& state) {
+    standIn::reset();
+    const std::string filler(static_cast<std::size_t>(state.range(0)), 'x');
+    standIn::machine().commands["/usr/sbin/system_profiler SPDisplaysDataType"] = filler + "\nChipset Model: M1\n";
+    for (auto _ : state) benchmark::DoNotOptimize(HardwareDetector::detect());
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(probeBySizeOfOutput)->RangeMultiplier(4)->Range(1 << 10, 1 << 16)->Complexity();
+
+void probeByNumberOfLines(benchmark::State& state) {
+    standIn::reset();
+    std::string lines;
+    while (lines.size() < static_cast<std::size_t>(state.range(0))) lines += "      Vendor: Apple (0x106b)\n";
+    standIn::machine().commands["/usr/sbin/system_profiler SPDisplaysDataType"] = lines;
+    for (auto _ : state) benchmark::DoNotOptimize(HardwareDetector::detect());
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(probeByNumberOfLines)->RangeMultiplier(4)->Range(1 << 10, 1 << 16)->Complexity();
+
+void listByLengthOfValue(benchmark::State& state) {
+    standIn::reset();
+    ShownView shown;
+    const std::string value(static_cast<std::size_t>(state.range(0)), 'W');
+    bool other = false;
+    for (auto _ : state) {
+        shown.view.detectedHardware.set(recordWith(value + ((other = !other) ? "a" : "b")));
+        ShownView::settle();
+    }
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(listByLengthOfValue)->RangeMultiplier(8)->Range(1 << 10, 1 << 19)->Complexity();
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication toolkit(argc, argv);
+    platform::installAccessibleElements();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
