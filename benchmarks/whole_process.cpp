@@ -208,10 +208,11 @@ class Bench {
         for (const std::size_t size : {1U, 8U, 64U}) {
             const std::string name = "answer of " + std::to_string(size) + " MiB";
             const std::string body = std::string(size << 20U, 'x');
-            const ScriptedServer server(testSupport::always({Send{answerBytes(200, body)}}));
             Figure time{name, "ms", {}, {}, {}};
             Figure memory{name + ", peak memory added", "MiB", {}, {}, {.absolute = 3.0 * static_cast<double>(size)}};
             for (int round = -1; round < 5; ++round) {
+                const ScriptedServer server(
+                    testSupport::inTurn({{Send{answerBytes(200, refusal)}}, {Send{answerBytes(200, body)}}}));
                 Program::Setting setting = settingOf(SEND_ONCE_PATH);
                 setting.arguments = {server.url("")};
                 Program program(setting);
@@ -230,7 +231,7 @@ class Bench {
     }
 
     void measureIdleness() {
-        constexpr std::chrono::seconds settling{3};
+        constexpr std::chrono::seconds settling{15};  // Beyond what the caret blinks.
         constexpr std::chrono::seconds idle{60};
         Program program(settingOf(PROGRAM_PATH));
         Program floor(settingOf(EMPTY_WINDOW_PATH));

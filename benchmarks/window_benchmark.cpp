@@ -50,7 +50,7 @@ void keystroke(benchmark::State& state) {
         ShownView::settle();
         if (field->text().size() > 60) field->clear();
     }
-    state.counters["widgets_created"] = shown.window.findChildren<QWidget*>() == widgets ? 0 : 1;
+    if (shown.window.findChildren<QWidget*>() != widgets) state.SkipWithError("a keystroke has made widgets");
 }
 BENCHMARK(keystroke);
 
@@ -84,7 +84,7 @@ void listByLengthOfValue(benchmark::State& state) {
     }
     state.SetComplexityN(state.range(0));
 }
-BENCHMARK(listByLengthOfValue)->RangeMultiplier(8)->Range(1 << 10, 1 << 19)->Complexity();
+BENCHMARK(listByLengthOfValue)->RangeMultiplier(8)->Range(1 << 10, 1 << 16)->Complexity();
 
 }  // namespace
 

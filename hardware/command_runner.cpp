@@ -4,6 +4,7 @@
 
 std::optional<std::string> HardwareDetector::runCommand(const std::string& path,
                                                         const std::vector<std::string>& arguments) {
-    const std::optional<std::string> output = platform::standardOutputOf(path, arguments);
-    return output ? platform::textFromUtf8(*output) : std::nullopt;
+    std::optional<std::string> output = platform::standardOutputOf(path, arguments);
+    if (output && !platform::isUtf8(*output)) output.reset();
+    return output;
 }

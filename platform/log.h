@@ -5,8 +5,9 @@
 
 namespace platform {
 
-// Writes `message` and a line feed to standard output, flushed before it returns. Lines from several threads never mix.
-// A standard output that is closed or full loses the line and nothing else. Safe from any thread.
-void log(std::string_view message);
+// Writes `message`, the value that it announces, and a line feed to standard output, flushed before it returns. Lines
+// from several threads never mix. A standard output that is closed or full loses the line and nothing else. Safe from
+// any thread.
+void log(std::string_view message, std::string_view value = {});
 
 }  // namespace platform

@@ -11,13 +11,13 @@
 
 namespace platform {
 
-// The bytes as text; absent when they are not well-formed UTF-8 (a stray or overlong byte, an encoded surrogate).
-// No bytes are the empty text; NUL and a byte order mark are ordinary characters.
-[[nodiscard]] std::optional<std::string> textFromUtf8(std::string_view bytes);
+// Whether the bytes are text: well-formed UTF-8, without a stray or overlong byte or an encoded surrogate. No bytes are
+// the empty text; NUL and a byte order mark are ordinary characters.
+[[nodiscard]] bool isUtf8(std::string_view bytes);
 
 enum class UnicodeEncoding { utf16LittleEndian, utf16BigEndian, utf32LittleEndian, utf32BigEndian };
 
-// The same for the wider encodings; a lone surrogate or a unit cut short makes it absent.
+// The bytes as text; absent when they are not well-formed: a lone surrogate, a unit cut short.
 [[nodiscard]] std::optional<std::string> textFrom(UnicodeEncoding encoding, std::string_view bytes);
 
 // Both ends freed of white space: tab and the Unicode spaces (general category Zs). Line breaks stay, and so does the

@@ -55,7 +55,7 @@ bool HardwareDetector::sendToWebsite(const std::string& url, const HardwareInfo&
 
     platform::HttpRequest request = requestFor(*endpoint, std::move(*data));
     const auto submission = std::make_shared<Submission>(url);
-    platform::log("📤 Sending hardware data to: " + endpoint->absoluteString());
+    platform::log("📤 Sending hardware data to: ", endpoint->absoluteString());
     platform::httpSession::start(std::move(request),
                                  [submission](const auto& body, const auto& response, const auto& error) {
                                      handleSubmissionAnswer(body, response, error, *submission);
@@ -63,6 +63,6 @@ bool HardwareDetector::sendToWebsite(const std::string& url, const HardwareInfo&
     submission->completion.acquire();
 
     // Also after a success: an answer that was accepted with another status than 200 left its message here.
-    if (submission->errorMessage) platform::log("❌ Final error: " + *submission->errorMessage);
+    if (submission->errorMessage) platform::log("❌ Final error: ", *submission->errorMessage);
     return submission->succeeded;
 }

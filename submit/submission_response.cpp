@@ -28,16 +28,16 @@ std::string reasonIn(const platform::JsonObject& answer) {
 
 void open(const platform::Url& page, const std::optional<HardwareId>& hardwareId) {
     if (!platform::openInBrowser(page)) {
-        log("❌ Failed to open URL: " + page.absoluteString());
+        log("❌ Failed to open URL: ", page.absoluteString());
         return;
     }
-    log("✅ Opened URL: " + page.absoluteString());
-    log("📋 Hardware ID: " + (hardwareId ? textOf(*hardwareId) : "none"));
+    log("✅ Opened URL: ", page.absoluteString());
+    log("📋 Hardware ID: ", (hardwareId ? textOf(*hardwareId) : "none"));
 }
 
 void openPageFor(const platform::JsonObject& answer, const std::string& baseUrl) {
     const PageToOpen choice = pageToOpen(answer, baseUrl);
-    if (choice.unusableRedirect) log("⚠️  Could not create valid URL from redirect: " + *choice.unusableRedirect);
+    if (choice.unusableRedirect) log("⚠️  Could not create valid URL from redirect: ", *choice.unusableRedirect);
     if (!choice.page) {
         log("❌ Could not create any valid URL to open");
         return;
@@ -51,7 +51,7 @@ void settle(const std::optional<std::string>& body, const std::optional<platform
     // 2. Status. One other than 200 is told but decides nothing: the body does.
     if (response) {
         const std::string code = std::to_string(response->statusCode);
-        log("📥 Response status: " + code);
+        log("📥 Response status: ", code);
         if (response->statusCode != ok) {
             fail(submission, "Server error: HTTP " + code, "❌ Server returned status: " + code);
         }
@@ -61,7 +61,7 @@ void settle(const std::optional<std::string>& body, const std::optional<platform
     if (!body) return fail(submission, "No data received", "❌ No data in response");
 
     // 4. The body, for whoever reads the log.
-    if (const auto text = platform::textFromUtf8(*body)) log("📥 Response body: " + *text);
+    if (platform::isUtf8(*body)) log("📥 Response body: ", *body);
 
     // 5. JSON.
     const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(*body);

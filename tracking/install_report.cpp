@@ -6,7 +6,6 @@
 #include "platform/http.h"
 #include "platform/json.h"
 #include "platform/log.h"
-#include "platform/text.h"
 #include "platform/url.h"
 #include "platform/user_defaults.h"
 #include "tracking/app_tracker.h"
@@ -47,29 +46,29 @@ void logWhetherCreated(const std::string& body) {
 }
 
 // An accepted status without readable text counts as not tracked, and nothing more is said of it.
-void accept(const std::optional<std::string>& text, InstallReport& report) {
-    if (!text) return;
+void accept(const std::string* text, InstallReport& report) {
+    if (text == nullptr) return;
     log("✅ Install tracked successfully");
-    log("   Response: " + *text);
+    log("   Response: ", *text);
     logWhetherCreated(*text);
     platform::userDefaults::setBool(installTrackedKey, true);
     report.succeeded = true;
 }
 
-void refuse(const std::string& code, const std::optional<std::string>& text) {
-    log("⚠️ Install tracking returned status: " + code);
-    if (text) log("   Response: " + *text);
+void refuse(const std::string& code, const std::string* text) {
+    log("⚠️ Install tracking returned status: ", code);
+    if (text != nullptr) log("   Response: ", *text);
 }
 
 void handleInstallAnswer(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
                          const std::optional<platform::HttpError>& error, InstallReport& report) {
     if (error) {
-        log("❌ Install tracking error: " + error->localizedDescription);
-        log("   Error details: " + error->details);
+        log("❌ Install tracking error: ", error->localizedDescription);
+        log("   Error details: ", error->details);
     } else if (response) {
         const std::string code = std::to_string(response->statusCode);
-        const std::optional<std::string> text = body ? platform::textFromUtf8(*body) : std::nullopt;
-        log("📥 Response status: " + code);
+        const std::string* text = readable(body);
+        log("📥 Response status: ", code);
         if (response->statusCode == ok) {
             accept(text, report);
         } else {
@@ -85,15 +84,15 @@ void AppTracker::trackInstall(const std::string& url) {
     const std::string deviceId = getDeviceId();
     const platform::JsonObject body = {{"platform", "mac"}, {"device_id", deviceId}};
     const std::string endpointText = reportEndpoint(url, "/api/track-install/");
-    log("📤 Attempting to track install to: " + endpointText);
-    log("📤 Device ID: " + deviceId);
+    log("📤 Attempting to track install to: ", endpointText);
+    log("📤 Device ID: ", deviceId);
 
     std::optional<std::string> data = platform::jsonDataFrom(body);
     const std::optional<platform::Url> endpoint = platform::Url::parse(endpointText);
     if (!data || !endpoint) {
         log("❌ Error: Could not create tracking JSON data or URL");
-        log("   - JSON data: " + textOf(body));
-        log("   - URL string: " + endpointText);
+        log("   - JSON data: ", textOf(body));
+        log("   - URL string: ", endpointText);
         return;
     }
 

@@ -22,3 +22,7 @@ platform::HttpRequest reportRequest(platform::Url endpoint, std::string data) {
             .body = std::move(data),
             .timeoutInterval = timeoutInterval};
 }
+
+const std::string* readable(const std::optional<std::string>& body) {
+    return body && platform::isUtf8(*body) ? &*body : nullptr;
+}

@@ -1,6 +1,7 @@
 // What the two reports have in common.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,3 +12,6 @@
 
 // The report as a request that gives up after 10 idle seconds.
 [[nodiscard]] platform::HttpRequest reportRequest(platform::Url endpoint, std::string data);
+
+// The body as text, null when there is none or when it is no text.
+[[nodiscard]] const std::string* readable(const std::optional<std::string>& body);

@@ -5,7 +5,6 @@
 #include "platform/http.h"
 #include "platform/json.h"
 #include "platform/log.h"
-#include "platform/text.h"
 #include "platform/url.h"
 #include "platform/user_defaults.h"
 #include "tracking/app_tracker.h"
@@ -22,18 +21,18 @@ constexpr int ok = 200;
 void handleUsageAnswer(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
                        const std::optional<platform::HttpError>& error) {
     if (error) {
-        log("❌ Usage tracking error: " + error->localizedDescription);
+        log("❌ Usage tracking error: ", error->localizedDescription);
         return;
     }
     if (!response) return;
 
-    const std::optional<std::string> text = body ? platform::textFromUtf8(*body) : std::nullopt;
+    const std::string* text = readable(body);
     if (response->statusCode != ok) {
-        log("⚠️ Usage tracking returned status: " + std::to_string(response->statusCode));
-    } else if (text) {
+        log("⚠️ Usage tracking returned status: ", std::to_string(response->statusCode));
+    } else if (text != nullptr) {
         log("✅ Usage tracked successfully");
     }
-    if (text) log("   Response: " + *text);
+    if (text != nullptr) log("   Response: ", *text);
 }
 
 }  // namespace
@@ -54,7 +53,7 @@ void AppTracker::trackUsageOnly(const std::string& url, const std::string& devic
     // The clock is read again: an install report that was answered after midnight makes this another day.
     const platform::JsonObject body = {{"device_id", deviceId}, {"date", platform::currentDate(datePattern)}};
     const std::string endpointText = reportEndpoint(url, "/api/track-usage/");
-    log("📤 Attempting to track usage to: " + endpointText);
+    log("📤 Attempting to track usage to: ", endpointText);
 
     std::optional<std::string> data = platform::jsonDataFrom(body);
     const std::optional<platform::Url> endpoint = platform::Url::parse(endpointText);

@@ -145,7 +145,7 @@ struct MakeWritable {
         return std::isfinite(number) ? std::optional<json::value>(number) : std::nullopt;
     }
     std::optional<json::value> operator()(const std::string& text) const {
-        return textFromUtf8(text) ? std::optional<json::value>(json::string(text)) : std::nullopt;
+        return isUtf8(text) ? std::optional<json::value>(json::string(text)) : std::nullopt;
     }
     std::optional<json::value> operator()(const JsonArray& elements) const {
         json::array written;
@@ -160,7 +160,7 @@ struct MakeWritable {
         json::object written;
         for (const auto& [key, member] : object.members()) {
             std::optional<json::value> converted = writable(member);
-            if (!converted || !textFromUtf8(key)) return std::nullopt;
+            if (!converted || !isUtf8(key)) return std::nullopt;
             written.emplace(key, std::move(*converted));
         }
         return json::value(std::move(written));

@@ -4,7 +4,6 @@
 // sign of life of an exchange: libcurl's own limits don't count header bytes, or count averages over several seconds.
 #include "platform/http.h"
 
-#include <curl/curl.h>
 #include <fcntl.h>
 #include <ifaddrs.h>
 #include <net/if.h>
@@ -30,6 +29,7 @@
 #include <vector>
 
 #include "platform/curl/content_coding_zlib.h"
+#include "platform/curl/libcurl.h"
 
 namespace platform {
 
@@ -166,10 +166,10 @@ struct Answer {
 };
 
 struct FreeEasy {
-    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+    void operator()(CURL* easy) const { libcurl().easy_cleanup(easy); }
 };
 struct FreeList {
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    void operator()(curl_slist* list) const { libcurl().slist_free_all(list); }
 };
 
 // libcurl holds pointers into it while the exchange goes on, so it stays where it is.
@@ -219,11 +219,11 @@ int requestBegins(void* userData, char*, char*, int, int) {
 void takeStatusLine(Exchange& exchange) {
     exchange.answer = Answer();
     long statusCode = 0;
-    curl_easy_getinfo(exchange.easy.get(), CURLINFO_RESPONSE_CODE, &statusCode);
+    libcurl().easy_getinfo(exchange.easy.get(), CURLINFO_RESPONSE_CODE, &statusCode);
     exchange.answer.statusCode = static_cast<int>(statusCode);
     // libcurl would follow any answer that has a Location.
     const long follow = isFollowed(exchange.answer.statusCode) ? 1 : 0;
-    curl_easy_setopt(exchange.easy.get(), CURLOPT_FOLLOWLOCATION, follow);
+    libcurl().easy_setopt(exchange.easy.get(), CURLOPT_FOLLOWLOCATION, follow);
 }
 
 void takeHeaderField(Answer& answer, std::string_view line) {
@@ -231,6 +231,14 @@ void takeHeaderField(Answer& answer, std::string_view line) {
     if (colon == std::string_view::npos || lowerCased(line.substr(0, colon)) != "content-encoding") return;
     if (!answer.contentEncoding.empty()) answer.contentEncoding += ", ";
     answer.contentEncoding += trimmed(line.substr(colon + 1));
+}
+
+// So that a large body is not copied over and over while it grows. What a server announces it need not send.
+void makeRoomForBody(Exchange& exchange) {
+    constexpr curl_off_t most = curl_off_t{128} << 20;
+    curl_off_t announced = 0;
+    libcurl().easy_getinfo(exchange.easy.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+    if (announced > 0 && announced <= most) exchange.answer.body.reserve(static_cast<std::size_t>(announced));
 }
 
 // Called for each line of each header, the blank one at its end included, and for the trailer of a chunked body.
@@ -245,6 +253,7 @@ std::size_t takeHeaderLine(char* bytes, std::size_t, std::size_t count, void* us
         return count;
     } else if (trimmed(line).empty()) {
         exchange.answer.headerComplete = exchange.answer.statusCode >= 200;
+        makeRoomForBody(exchange);
     } else {
         takeHeaderField(exchange.answer, line);
     }
@@ -261,7 +270,7 @@ std::size_t takeBody(char* bytes, std::size_t, std::size_t count, void* exchange
 }
 
 bool addHeader(Exchange& exchange, const std::string& line) {
-    curl_slist* const extended = curl_slist_append(exchange.headers.get(), line.c_str());
+    curl_slist* const extended = libcurl().slist_append(exchange.headers.get(), line.c_str());
     if (extended == nullptr) return false;
     static_cast<void>(exchange.headers.release());
     exchange.headers.reset(extended);
@@ -280,12 +289,12 @@ bool addHeaders(Exchange& exchange) {
 }
 
 CURLcode prepare(Exchange& exchange, CURLSH* cookies) {
-    exchange.easy.reset(curl_easy_init());
+    exchange.easy.reset(libcurl().easy_init());
     if (!exchange.easy || !addHeaders(exchange)) return CURLE_FAILED_INIT;
 
     CURLcode result = CURLE_OK;
     const auto set = [&](CURLoption option, auto value) {
-        if (result == CURLE_OK) result = curl_easy_setopt(exchange.easy.get(), option, value);
+        if (result == CURLE_OK) result = libcurl().easy_setopt(exchange.easy.get(), option, value);
     };
 
     set(CURLOPT_URL, exchange.request.url.absoluteString().c_str());
@@ -329,12 +338,12 @@ CURLcode prepare(Exchange& exchange, CURLSH* cookies) {
 
 std::string hostAskedLast(const Exchange& exchange) {
     const char* url = nullptr;
-    curl_easy_getinfo(exchange.easy.get(), CURLINFO_EFFECTIVE_URL, &url);
-    const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(curl_url(), curl_url_cleanup);
+    libcurl().easy_getinfo(exchange.easy.get(), CURLINFO_EFFECTIVE_URL, &url);
+    const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> parts(libcurl().url(), libcurl().url_cleanup);
     char* host = nullptr;
-    if (url == nullptr || curl_url_set(parts.get(), CURLUPART_URL, url, 0) != CURLUE_OK) return {};
-    if (curl_url_get(parts.get(), CURLUPART_HOST, &host, 0) != CURLUE_OK) return {};
-    const std::unique_ptr<char, decltype(&curl_free)> freed(host, curl_free);
+    if (url == nullptr || libcurl().url_set(parts.get(), CURLUPART_URL, url, 0) != CURLUE_OK) return {};
+    if (libcurl().url_get(parts.get(), CURLUPART_HOST, &host, 0) != CURLUE_OK) return {};
+    const std::unique_ptr<char, decltype(&curl_free)> freed(host, libcurl().free);
     return host;
 }
 
@@ -345,7 +354,7 @@ HttpError transportError(const Exchange& exchange, CURLcode result) {
     if (result == CURLE_COULDNT_RESOLVE_HOST && !networkIsUp()) failure = offline;
 
     std::string cause = "curl " + std::to_string(result) + ": ";
-    cause += exchange.errorText.front() == '\0' ? curl_easy_strerror(result) : exchange.errorText.data();
+    cause += exchange.errorText.front() == '\0' ? libcurl().easy_strerror(result) : exchange.errorText.data();
     return errorFor(failure, cause, hostAskedLast(exchange));
 }
 
@@ -409,7 +418,7 @@ class Session {
 
     // What it has got so far when it fails is there for the next try.
     [[nodiscard]] bool launch() try {
-        if (!openWakePipe() || !prepareLibrary()) return false;
+        if (!openWakePipe()) return false;
         std::thread([this] { run(); }).detach();
         return true;
     } catch (const std::system_error&) {
@@ -426,24 +435,6 @@ class Session {
         }
         wakeReader_ = ends[0];
         wakeWriter_ = ends[1];
-        return true;
-    }
-
-    [[nodiscard]] bool prepareLibrary() {
-        if (multi_ != nullptr) return true;
-        if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) return false;
-        if (cookies_ == nullptr) cookies_ = curl_share_init();
-        // No other thread touches the cookies, so that no lock is needed.
-        if (curl_share_setopt(cookies_, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE) != CURLSHE_OK) return false;
-        multi_ = curl_multi_init();
-        if (multi_ == nullptr) return false;
-        curl_multi_setopt(multi_, CURLMOPT_SOCKETFUNCTION, watchSocket);
-        curl_multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
-        curl_multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, setTimer);
-        curl_multi_setopt(multi_, CURLMOPT_TIMERDATA, this);
-        // The TLS library, which has just registered its own such function, tears itself down when the process exits,
-        // no matter who is in the middle of it. This one runs before, and keeps the thread out from then on.
-        std::atexit([] { shared().library_.lock(); });
         return true;
     }
 
@@ -465,6 +456,25 @@ class Session {
             moveOn(watched);
             for (const auto& exchange : std::exchange(finished_, {})) deliver(*exchange);
         }
+    }
+
+    [[nodiscard]] bool prepareLibrary() {
+        if (multi_ != nullptr) return true;
+        if (!loadLibcurl()) return false;
+        if (libcurl().global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) return false;
+        if (cookies_ == nullptr) cookies_ = libcurl().share_init();
+        // No other thread touches the cookies, so that no lock is needed.
+        if (libcurl().share_setopt(cookies_, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE) != CURLSHE_OK) return false;
+        multi_ = libcurl().multi_init();
+        if (multi_ == nullptr) return false;
+        libcurl().multi_setopt(multi_, CURLMOPT_SOCKETFUNCTION, watchSocket);
+        libcurl().multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
+        libcurl().multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, setTimer);
+        libcurl().multi_setopt(multi_, CURLMOPT_TIMERDATA, this);
+        // The TLS library, which has just registered its own such function, tears itself down when the process exits,
+        // no matter who is in the middle of it. This one runs before, and keeps the thread out from then on.
+        std::atexit([] { shared().library_.lock(); });
+        return true;
     }
 
     [[nodiscard]] std::vector<pollfd> waitForEvents() {
@@ -517,7 +527,7 @@ class Session {
 
     void act(curl_socket_t number) {
         int running = 0;
-        curl_multi_socket_action(multi_, number, 0, &running);
+        libcurl().multi_socket_action(multi_, number, 0, &running);
     }
 
     void beginRequested() {
@@ -539,12 +549,13 @@ class Session {
 
     [[nodiscard]] std::optional<HttpError> begin(Exchange& exchange) {
         if (auto refusal = refusalOf(exchange.request)) return refusal;
+        if (!prepareLibrary()) return errorFor(unknownError, "libcurl is missing");
         if (const CURLcode result = prepare(exchange, cookies_); result != CURLE_OK) {
             return transportError(exchange, result);
         }
         exchange.lastActivity = Clock::now();
-        if (const CURLMcode result = curl_multi_add_handle(multi_, exchange.easy.get()); result != CURLM_OK) {
-            return errorFor(unknownError, curl_multi_strerror(result));
+        if (const CURLMcode result = libcurl().multi_add_handle(multi_, exchange.easy.get()); result != CURLM_OK) {
+            return errorFor(unknownError, libcurl().multi_strerror(result));
         }
         return std::nullopt;
     }
@@ -569,8 +580,9 @@ class Session {
     }
 
     void collectFinished() {
+        if (multi_ == nullptr) return;  // Nothing but requests that were refused at once.
         int left = 0;
-        while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
+        while (const CURLMsg* message = libcurl().multi_info_read(multi_, &left)) {
             if (message->msg != CURLMSG_DONE) continue;
             const CURLcode result = message->data.result;
             auto exchange = takeOut(message->easy_handle);
@@ -595,7 +607,7 @@ class Session {
     }
 
     [[nodiscard]] std::unique_ptr<Exchange> takeOut(CURL* easy) {
-        curl_multi_remove_handle(multi_, easy);
+        libcurl().multi_remove_handle(multi_, easy);
         return std::move(exchanges_.extract(easy).mapped());
     }
 

@@ -34,13 +34,14 @@ FILE* const output = takeStandardOutput();
 
 }  // namespace
 
-void log(std::string_view message) {
+void log(std::string_view message, std::string_view value) {
     if (output == nullptr) return;
-    std::string line(message);
-    line += '\n';
-    // One call for the whole line: the stream's own lock keeps lines of several threads apart.
-    std::fwrite(line.data(), 1, line.size(), output);
+    flockfile(output);  // Around the whole line.
+    std::fwrite(message.data(), 1, message.size(), output);
+    std::fwrite(value.data(), 1, value.size(), output);
+    std::fputc('\n', output);
     std::fflush(output);
+    funlockfile(output);
 }
 
 }  // namespace platform

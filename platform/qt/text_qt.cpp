@@ -95,9 +95,8 @@ QString inTheEnginesSyntax(std::string_view pattern) {
 
 }  // namespace
 
-std::optional<std::string> textFromUtf8(std::string_view bytes) {
-    if (!QUtf8StringView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8()) return std::nullopt;
-    return std::string(bytes);
+bool isUtf8(std::string_view bytes) {
+    return QUtf8StringView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
 }
 
 std::optional<std::string> textFrom(UnicodeEncoding encoding, std::string_view bytes) {

@@ -158,10 +158,11 @@ void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
 
 void userInitiatedQueue::async(Work work) { machine().background.push_back(std::move(work)); }
 
-void log(std::string_view message) {
+void log(std::string_view message, std::string_view value) {
     const std::lock_guard lock(standIn::mutex);
-    machine().log.emplace_back(message);
-    standIn::happened("log " + std::string(message));
+    const std::string line = std::string(message).append(value);
+    machine().log.push_back(line);
+    standIn::happened("log " + line);
 }
 
 }  // namespace platform

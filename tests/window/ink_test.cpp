@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QPixmap>
+#include <QStyleHints>
 #include <QTest>
 
 #include "platform/qt/widgets/spinner.h"
@@ -117,6 +118,19 @@ TEST_F(WindowInk, TheSpinnerTurns) {
     const QRect place = placeOf(find<platform::Spinner>());
     const QImage before = picture().copy(place);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window_.grab().toImage().copy(place) != before; }, 30'000));
+}
+
+// Somebody who looks for it finds it; a window that nobody touches costs nothing.
+TEST_F(WindowInk, TheCaretBlinksForTenSecondsAfterTheLastKeyAndThenStandsStill) {
+    const QStyleHints& hints = *QGuiApplication::styleHints();
+    const int flashTime = hints.cursorFlashTime();
+    ASSERT_GT(flashTime, 0);
+    field()->setFocus();
+    QTest::keyClick(field(), Qt::Key_X);
+    EXPECT_EQ(hints.cursorFlashTime(), flashTime);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return hints.cursorFlashTime() == 0; }, 60'000));
+    QTest::keyClick(field(), Qt::Key_X);
+    EXPECT_EQ(hints.cursorFlashTime(), flashTime);
 }
 
 TEST_F(WindowInk, WeightsAndSizesAreThoseOfTheStyles) {

@@ -1,7 +1,7 @@
 #include "platform/qt/widgets/palette.h"
 
 #include <QApplication>
-#include <QFontInfo>
+#include <QScreen>
 
 namespace platform {
 
@@ -17,6 +17,7 @@ QColor textColor(const QPalette& palette, double opacity) {
 
 // The sizes of the styles are those beside a body text of this size.
 constexpr double usualSystemFontPixels = 13;
+constexpr double pointsPerInch = 72;
 // With larger texts the window could not hold everything.
 constexpr double largestScale = 1.5;
 
@@ -60,8 +61,13 @@ QColor toolkitColor(Color color, const QPalette& palette) {
     return {};
 }
 
+// Not by way of QFontInfo, which would load a font that nothing is written in.
 double textScale() {
-    return qBound(1.0, QFontInfo(QApplication::font()).pixelSize() / usualSystemFontPixels, largestScale);
+    const QFont font = QApplication::font();
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const double pixelsPerPoint = (screen != nullptr ? screen->logicalDotsPerInchY() : 96) / pointsPerInch;
+    const double pixels = font.pixelSize() > 0 ? font.pixelSize() : font.pointSizeF() * pixelsPerPoint;
+    return qBound(1.0, pixels / usualSystemFontPixels, largestScale);
 }
 
 QFont toolkitFont(TextStyle style, std::optional<Weight> weight) {

@@ -64,6 +64,11 @@ void TextLabel::setContent(const Text& content, Color color) {
 
 void TextLabel::breakAt(int width) const {
     if (width == brokenWidth_) return;
+    // Shaping the letters takes most of the time, and what fits into its unbroken width would only come out the same.
+    if (brokenWidth_ && unbrokenSize_ && brokenSize_ == *unbrokenSize_ && width >= unbrokenSize_->width() &&
+        !text().isRightToLeft()) {
+        return;
+    }
     if (!brokenWidth_) {
         lines_.setText(text().replace(QLatin1Char('\n'), QChar::LineSeparator));
         lines_.setFont(font());

@@ -26,6 +26,9 @@ std::optional<Text> decoded(const std::string& bytes) {
             if ((byte & 0xC0U) != 0x80) return std::nullopt;
             point = (point << 6U) | (byte & 0x3FU);
         }
+        const bool isOverlong = (length == 3 && point < 0x800) || (length == 4 && point < 0x10000);
+        const bool isSurrogate = point >= 0xD800 && point < 0xE000;
+        if (isOverlong || isSurrogate || point > 0x10FFFF) return std::nullopt;
         text += point;
         at += length;
     }

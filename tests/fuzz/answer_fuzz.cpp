@@ -1,0 +1,92 @@
+// A website's answer, from its bytes to the page chosen: arbitrary ones against what must hold for all, and objects of
+// drawn members against the plain model.
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "submit/submission_response.h"
+#include "tests/end_to_end/generated/expected_behaviour.h"
+#include "tests/fuzz/require.h"
+#include "tests/stand_ins/stand_ins.h"
+
+namespace {
+
+using standIn::machine;
+
+const std::string address = "http://website.example/base";
+
+void start() {
+    machine().log.clear();
+    machine().events.clear();
+    machine().pagesAsked.clear();
+    machine().mainQueue.clear();
+}
+
+// Whatever a website says: no page but one of http or https, and none unless it said that it has stored the record.
+void requireWhatAlwaysHolds(const Submission& submission) {
+    standIn::runMainQueue();
+    for (const std::string& page : machine().pagesAsked) {
+        fuzz::require(page.rfind("http://", 0) == 0 || page.rfind("https://", 0) == 0, "a page of another scheme");
+    }
+    fuzz::require(machine().pagesAsked.size() == (submission.succeeded ? 1U : 0U), "a page without a success");
+    fuzz::require(submission.succeeded || submission.errorMessage.has_value(), "a failure without a word");
+}
+
+void answerWith(const std::string& body, int status) {
+    start();
+    Submission submission(address);
+    handleSubmissionAnswer(body, platform::HttpResponse{status}, std::nullopt, submission);
+    fuzz::require(submission.completion.try_acquire() && !submission.completion.try_acquire(), "not woken just once");
+    requireWhatAlwaysHolds(submission);
+}
+
+// A JSON string of characters that the model reads as well.
+std::string drawnText(FuzzedDataProvider& provider) {
+    static constexpr const char* pieces[] = {"/",   "?",       "&",   "=",        "a",       "page", "hardware_id",
+                                             "%20", "http://", "b.c", "https://", "\\\"",    "\\\\", "file://",
+                                             " ",   "é",       "#",   ":",        "\\u00e9", "\\n",  "javascript:"};
+    std::string text = "\"";
+    const std::size_t count = provider.ConsumeIntegralInRange<std::size_t>(0, 6);
+    for (std::size_t piece = 0; piece < count; ++piece) {
+        text += pieces[provider.ConsumeIntegralInRange<std::size_t>(0, std::size(pieces) - 1)];
+    }
+    return text + "\"";
+}
+
+std::string drawnValue(FuzzedDataProvider& provider) {
+    static constexpr const char* values[] = {"true", "false", "null", "[]", "{}", "7", "-1", "0"};
+    const std::size_t choice = provider.ConsumeIntegralInRange<std::size_t>(0, std::size(values) + 3);
+    return choice < std::size(values) ? values[choice] : drawnText(provider);
+}
+
+void compareWithModel(FuzzedDataProvider& provider) {
+    end_to_end::Case round;
+    round.status = provider.ConsumeBool() ? 200 : 500;
+    if (provider.ConsumeBool()) round.members["success"] = provider.ConsumeBool() ? "true" : "false";
+    for (const char* name : {"error", "hardware_id", "redirect_url"}) {
+        if (provider.ConsumeBool()) round.members[name] = drawnValue(provider);
+    }
+    const std::string origin = "http://website.example";
+    const end_to_end::ExpectedBehaviour expected = end_to_end::expectedBehaviour(round, origin);
+
+    start();
+    Submission submission(origin);
+    handleSubmissionAnswer(end_to_end::bodyOf(round), platform::HttpResponse{round.status}, std::nullopt, submission);
+    requireWhatAlwaysHolds(submission);
+    fuzz::require(submission.succeeded == expected.ends, "another verdict");
+    fuzz::require(machine().pagesAsked == expected.pages, "another page");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider provider(data, size);
+    if (provider.ConsumeBool()) {
+        compareWithModel(provider);
+    } else {
+        const int status = provider.ConsumeBool() ? 200 : provider.ConsumeIntegralInRange(100, 599);
+        answerWith(provider.ConsumeRemainingBytesAsString(), status);
+    }
+    return 0;
+}

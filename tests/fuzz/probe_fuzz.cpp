@@ -1,0 +1,34 @@
+// What five commands print, against the plain model of what has to be shown.
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include "hardware/hardware_detector.h"
+#include "tests/end_to_end/generated/expected_behaviour.h"
+#include "tests/fuzz/require.h"
+#include "tests/stand_ins/stand_ins.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider provider(data, size);
+    end_to_end::Case round;
+    round.brand = provider.ConsumeRandomLengthString();
+    round.memory = provider.ConsumeRandomLengthString();
+    round.disk = provider.ConsumeRandomLengthString();
+    round.overview = provider.ConsumeRandomLengthString();
+    round.displays = provider.ConsumeRemainingBytesAsString();
+
+    auto& commands = standIn::machine().commands;
+    commands["/usr/sbin/sysctl -n machdep.cpu.brand_string"] = round.brand;
+    commands["/usr/sbin/sysctl -n hw.memsize"] = round.memory;
+    commands["/usr/sbin/system_profiler SPHardwareDataType"] = round.overview;
+    commands["/usr/sbin/system_profiler SPDisplaysDataType"] = round.displays;
+    commands["/bin/df -h /"] = round.disk;
+    standIn::machine().commandsRun.clear();
+    standIn::machine().events.clear();
+
+    const HardwareInfo found = HardwareDetector::detect();
+    const std::vector<std::string> shown = {found.os, found.processor,
+                                            found.graphicsCard + " " + std::to_string(found.gpuMemory) + "GB",
+                                            std::to_string(found.ramGB) + " GB " + found.ramType,
+                                            std::to_string(found.storageGB) + " GB " + found.storageType};
+    fuzz::require(shown == end_to_end::expectedBehaviour(round, "http://h").values, "the record is another one");
+    return 0;
+}

@@ -1,0 +1,15 @@
+// How a fuzz target says that something is wrong.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace fuzz {
+
+inline void require(bool condition, const char* complaint) {
+    if (condition) return;
+    std::fprintf(stderr, "fuzz target: %s\n", complaint);
+    std::abort();
+}
+
+}  // namespace fuzz

@@ -1,0 +1,48 @@
+// A settings file with whatever in it: what is stored is found again, and nothing breaks on the way.
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "platform/text.h"
+#include "platform/user_defaults.h"
+#include "tests/fuzz/require.h"
+
+namespace {
+
+namespace defaults = platform::userDefaults;
+
+// In memory where the system has such a place; gone with the process.
+const std::filesystem::path& home() {
+    static const std::filesystem::path path = [] {
+        std::string name =
+            (std::filesystem::exists("/dev/shm") ? "/dev/shm" : "/tmp") + std::string("/settings-XXXXXX");
+        fuzz::require(mkdtemp(name.data()) != nullptr, "no scratch folder");
+        setenv("HOME", name.c_str(), 1);
+        unsetenv("XDG_CONFIG_HOME");
+        std::atexit([] { std::filesystem::remove_all(home()); });
+        return std::filesystem::path(name);
+    }();
+    return path;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::filesystem::path folder = home() / ".config/velmora";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "hardware-detector.conf", std::ios::binary)
+        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+
+    const auto before = defaults::string("com.velmora.device_id");
+    if (before) fuzz::require(platform::isUtf8(*before), "a value that is no text");
+    const std::string kept = defaults::setStringIfAbsent("com.velmora.device_id", "NEW");
+    fuzz::require(kept == before.value_or("NEW"), "an id that was there is lost");
+    defaults::setString("com.velmora.last_tracked_date", "2026-11-20");
+    fuzz::require(defaults::string("com.velmora.device_id") == kept, "the id changes with another key");
+    fuzz::require(defaults::string("com.velmora.last_tracked_date") == "2026-11-20", "what was stored is not there");
+    return 0;
+}

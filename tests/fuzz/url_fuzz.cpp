@@ -1,0 +1,58 @@
+// Addresses as typed, endpoints made of them, and pages made of both.
+#include "platform/url.h"
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <algorithm>
+
+#include "platform/text.h"
+#include "submit/page_to_open.h"
+#include "tests/fuzz/require.h"
+#include "tracking/report.h"
+
+namespace {
+
+void requireWhatHoldsOfUrls(const std::string& text) {
+    const auto url = platform::Url::parse(text);
+    if (!url) return;
+    fuzz::require(url->absoluteString() == text, "the URL is not the text");
+    fuzz::require(std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < 0x7F; }),
+                  "a URL with a blank, a control or a non-ASCII character");
+    const std::string scheme = url->scheme();
+    fuzz::require(scheme.empty() || text.find(':') == scheme.size(), "the scheme does not end at the first colon");
+    fuzz::require(text.find(url->host()) != std::string::npos, "a host that is not in the text");
+}
+
+void requireWhatHoldsOfEndpoints(const std::string& text) {
+    const std::string path = "/api/track-usage/";
+    const std::string endpoint = reportEndpoint(text, path);
+    fuzz::require(endpoint.size() >= path.size() && endpoint.ends_with(path), "another path");
+    const std::string rest = endpoint.substr(0, endpoint.size() - path.size());
+    fuzz::require(rest.empty() || (rest.front() != '/' && rest.back() != '/'), "a slash is left at an end");
+    fuzz::require(text.find(rest) != std::string::npos, "something else is mended");
+    requireWhatHoldsOfUrls(endpoint);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider provider(data, size);
+    const std::string typed = provider.ConsumeRandomLengthString();
+    const std::string redirect = provider.ConsumeRandomLengthString();
+    const std::string id = provider.ConsumeRemainingBytesAsString();
+    requireWhatHoldsOfUrls(typed);
+    requireWhatHoldsOfUrls(redirect);
+    requireWhatHoldsOfEndpoints(typed);
+
+    // A website cannot name a page of another scheme than the one typed, unless it is http or https.
+    const PageToOpen choice = pageToOpen({{"redirect_url", redirect}, {"hardware_id", id}}, typed);
+    if (choice.page) {
+        const std::string scheme = choice.page->scheme();
+        const auto own = platform::Url::parse(typed);
+        const bool isOwn = own && scheme == own->scheme();
+        const bool isRelativeToTyped =
+            choice.page->absoluteString().starts_with(std::string(platform::trimmedOfSlashes(typed)));
+        fuzz::require(scheme == "http" || scheme == "https" || isOwn || isRelativeToTyped, "a page of another scheme");
+    }
+    return 0;
+}
