@@ -16,4 +16,6 @@ test_packages=(
 
 bench_packages=(libbenchmark-dev)
 
+fuzz_packages=(clang libclang-rt-14-dev)
+
 check_packages=(clang-format clang-tidy shellcheck)

@@ -43,10 +43,12 @@ void answerWith(const std::string& body, int status) {
 
 // A JSON string of characters that the model reads as well.
 std::string drawnText(FuzzedDataProvider& provider) {
-    static constexpr const char* pieces[] = {"/",   "?",       "&",   "=",        "a",       "page", "hardware_id",
-                                             "%20", "http://", "b.c", "https://", "\\\"",    "\\\\", "file://",
-                                             " ",   "é",       "#",   ":",        "\\u00e9", "\\n",  "javascript:"};
-    std::string text = "\"";
+    static constexpr const char* beginnings[] = {"",        "/",        "http://",     "https://",
+                                                 "HTTP://", "file:///", "javascript:", "//"};
+    static constexpr const char* pieces[] = {"/",   "?",    "&",    "=", "a", "page", "hardware_id", "%20",
+                                             "b.c", "\\\"", "\\\\", " ", "é", "#",    "\\u00e9",     "\\n"};
+    std::string text =
+        std::string("\"") + beginnings[provider.ConsumeIntegralInRange<std::size_t>(0, std::size(beginnings) - 1)];
     const std::size_t count = provider.ConsumeIntegralInRange<std::size_t>(0, 6);
     for (std::size_t piece = 0; piece < count; ++piece) {
         text += pieces[provider.ConsumeIntegralInRange<std::size_t>(0, std::size(pieces) - 1)];
@@ -75,7 +77,9 @@ void compareWithModel(FuzzedDataProvider& provider) {
     handleSubmissionAnswer(end_to_end::bodyOf(round), platform::HttpResponse{round.status}, std::nullopt, submission);
     requireWhatAlwaysHolds(submission);
     fuzz::require(submission.succeeded == expected.ends, "another verdict");
-    fuzz::require(machine().pagesAsked == expected.pages, "another page");
+    const auto text = [](const std::vector<std::string>& pages) { return pages.empty() ? "none" : pages.front(); };
+    const std::string pages = text(machine().pagesAsked) + " instead of " + text(expected.pages);
+    fuzz::require(machine().pagesAsked == expected.pages, (pages + "\n" + end_to_end::literalOf(round)).c_str());
 }
 
 }  // namespace

@@ -172,17 +172,21 @@ std::string member(const Case& round, const std::string& name) {
     return found == round.members.end() ? "" : found->second;
 }
 
-// The id's text: that of a whole number or a string.
+// The id's text: that of a whole number or a string. A boolean is a number too.
 std::optional<std::string> hardwareId(const Case& round) {
     const std::string json = member(round, "hardware_id");
     if (const auto text = stringIn(json)) return text;
+    if (json == "true") return "1";
+    if (json == "false") return "0";
     if (!json.empty() && integer(*decoded(json))) return json;
     return std::nullopt;
 }
 
-// Whether a composed text is a URL: all that the generator makes are, but for those with a blank or an umlaut in them.
+// Whether a composed text is a URL: no character that is none of a URL's, and one fragment at most.
 bool isUrl(const std::string& text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < 0x7F; });
+    return std::count(text.begin(), text.end(), '#') <= 1 && std::all_of(text.begin(), text.end(), [](char c) {
+               return c > ' ' && c < 0x7F && std::string("\"<>\\^`{|}").find(c) == std::string::npos;
+           });
 }
 
 std::string withoutOuterSlashes(std::string text) {

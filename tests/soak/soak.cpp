@@ -1,0 +1,178 @@
+// Many rounds in one process, and what they leave behind: prints a table, and ends with 1 when something grows.
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "tests/end_to_end/rig/accessibility.h"
+#include "tests/end_to_end/rig/desktop_session.h"
+#include "tests/end_to_end/rig/namespaces.h"
+#include "tests/end_to_end/rig/program.h"
+#include "tests/end_to_end/rig/scripted_opener.h"
+#include "tests/support/scripted_server.h"
+
+namespace {
+
+using end_to_end::AccessibleProgram;
+using end_to_end::Program;
+using testSupport::answerBytes;
+using testSupport::Send;
+
+constexpr int rounds = 1'000;
+constexpr int warmUp = 200;            // Until caches are full.
+constexpr long memoryAllowance = 512;  // Kilobytes: what allocators keep at hand goes up and down by as much.
+
+void require(bool condition, const char* what) {
+    if (condition) return;
+    std::fprintf(stderr, "The soak cannot go on: %s.\n", what);
+    std::exit(2);
+}
+
+struct Belongings {
+    long memory = 0;  // Kilobytes of its own, file pages left out.
+    long descriptors = 0;
+    long threads = 0;
+    long children = 0;  // Running and dead.
+    long files = 0;     // In the home and the temporary folder.
+};
+
+long filesIn(const std::filesystem::path& folder) {
+    std::error_code ignored;
+    const std::filesystem::recursive_directory_iterator all(
+        folder, std::filesystem::directory_options::skip_permission_denied, ignored);
+    return std::distance(begin(all), end(all));
+}
+
+Belongings belongingsOf(pid_t process, const std::filesystem::path& home) {
+    const std::filesystem::path place = "/proc/" + std::to_string(process);
+    Belongings found;
+    std::ifstream status(place / "status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("RssAnon:", 0) == 0) found.memory = std::strtol(line.c_str() + 8, nullptr, 10);
+        if (line.rfind("Threads:", 0) == 0) found.threads = std::strtol(line.c_str() + 8, nullptr, 10);
+    }
+    for ([[maybe_unused]] const auto& each : std::filesystem::directory_iterator(place / "fd")) ++found.descriptors;
+    for (const auto& thread : std::filesystem::directory_iterator(place / "task")) {
+        std::ifstream children(thread.path() / "children");
+        for (pid_t child = 0; children >> child;) ++found.children;
+    }
+    found.files = filesIn(home) + filesIn("/tmp");
+    return found;
+}
+
+bool report(const char* what, const Belongings& early, const Belongings& late) {
+    std::printf("%s, after %d and %d rounds\n", what, warmUp, rounds);
+    bool isSteady = true;
+    const auto row = [&isSteady](const char* name, long before, long after, long allowance) {
+        const bool grows = after > before + allowance;
+        std::printf("  %-28s %8ld %8ld  %s\n", name, before, after, grows ? "GROWS" : "");
+        isSteady = isSteady && !grows;
+    };
+    row("memory, kB", early.memory, late.memory, memoryAllowance);
+    row("descriptors", early.descriptors, late.descriptors, 0);
+    row("threads", early.threads, late.threads, 0);
+    row("children", early.children, late.children, 0);
+    row("files", early.files, late.files, 0);
+    std::fflush(stdout);
+    return isSteady;
+}
+
+// Threads and connections of the last round end a little after what it shows.
+Belongings settledBelongingsOf(pid_t process, const std::filesystem::path& home, const Belongings& aim) {
+    Belongings found = belongingsOf(process, home);
+    (void)end_to_end::waitFor([&] {
+        found = belongingsOf(process, home);
+        return found.threads <= aim.threads && found.descriptors <= aim.descriptors && found.children <= aim.children;
+    });
+    return found;
+}
+
+class Soak {
+  public:
+    Soak() {
+        require(!session_.failure(), "there is no display");
+        environment_ = session_.environment();
+        environment_["HOME"] = home_.path();
+        environment_["LC_ALL"] = "C.UTF-8";
+        environment_["PATH"] = opener_.searchPath();
+    }
+
+    bool detectAndSend() {
+        std::atomic<bool> accepts = false;
+        const testSupport::ScriptedServer server(
+            [&accepts](const testSupport::RecordedRequest&) -> testSupport::Script {
+                const char* verdict = accepts ? R"({"success": true})" : R"({"success": false, "error": "no"})";
+                return {Send{answerBytes(200, verdict)}};
+            },
+            WEBSITE_PORT);
+        Program program({.path = PROGRAM_PATH, .environment = environment_});
+        const AccessibleProgram window(program.pid());
+        Belongings early;
+        for (int round = 1; round <= rounds; ++round) {
+            require(press(window, "Detect Hardware"), "nothing can be detected");
+            require(press(window, "Send to Website"), "nothing can be sent");
+            const auto requests = static_cast<std::size_t>(2 + round);
+            require(server.waitForRequests(requests), "nothing was sent");
+            if (round == warmUp) early = restingBelongingsOf(program, window);
+        }
+        (void)restingBelongingsOf(program, window);
+        const Belongings late = settledBelongingsOf(program.pid(), home_.path(), early);
+        accepts = true;
+        require(press(window, "Send to Website"), "nothing can be sent at last");
+        require(program.waitForExit() == end_to_end::ExitStatus{}, "it does not end well after a success");
+        return report("detect and send", early, late);
+    }
+
+    bool appearAndHide() {
+        const testSupport::ScriptedServer server(testSupport::always({Send{answerBytes(200, "{}")}}), WEBSITE_PORT);
+        Program program(
+            {.path = APPEAR_AND_HIDE_PATH, .environment = environment_, .arguments = {std::to_string(rounds)}});
+        Belongings early;
+        for (const int round : {warmUp, rounds}) {
+            while (server.requests().size() < 2U * static_cast<unsigned>(round)) {
+                require(server.waitForRequests(server.requests().size() + 1), "the window does not come");
+            }
+            if (round == warmUp) early = belongingsOf(program.pid(), home_.path());
+        }
+        return report("appear and hide", early, settledBelongingsOf(program.pid(), home_.path(), early));
+    }
+
+  private:
+    static bool press(const AccessibleProgram& window, const std::string& name) {
+        return end_to_end::waitFor([&] {
+            const auto button = window.button(name);
+            return button && button->enabled() && button->press();
+        });
+    }
+
+    Belongings restingBelongingsOf(const Program& program, const AccessibleProgram& window) {
+        require(end_to_end::waitFor([&] {
+                    const auto send = window.button("Send to Website");
+                    const auto detect = window.button("Detect Hardware");
+                    return send && detect && send->enabled() && detect->enabled();
+                }),
+                "it does not come to rest");
+        return belongingsOf(program.pid(), home_.path());
+    }
+
+    end_to_end::DesktopSession session_;
+    end_to_end::ScratchFolder home_;
+    end_to_end::ScriptedOpener opener_;
+    end_to_end::Environment environment_;
+};
+
+}  // namespace
+
+int main() {
+    if (const auto failure = end_to_end::enterOwnNamespaces(end_to_end::Network::own)) {
+        std::fprintf(stderr, "The soak needs namespaces of its own, and %s.\n", failure->c_str());
+        return 2;
+    }
+    Soak soak;
+    const bool first = soak.detectAndSend();
+    const bool second = soak.appearAndHide();
+    return first && second ? 0 : 1;
+}
