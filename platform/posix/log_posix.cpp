@@ -32,13 +32,49 @@ FILE* takeStandardOutput() {
 
 FILE* const output = takeStandardOutput();
 
+bool isForATerminal() {
+    static const bool is = isatty(fileno(output)) != 0;
+    return is;
+}
+
+// A terminal obeys control characters, so that an answer could move the cursor and write over lines that tell of it.
+// There they are shown as the pictures that Unicode has of them.
+std::string withControlsVisible(std::string_view text) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    std::string visible;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const bool isControl = (byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F;
+        const unsigned char next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
+        if (isControl) {
+            visible += "\xE2\x90";
+            visible += static_cast<char>(0x80 | (byte == 0x7F ? 0x21 : byte));
+        } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {  // U+0080 to U+009F
+            visible += replacement;
+            ++at;
+        } else {
+            visible += text[at];
+        }
+    }
+    return visible;
+}
+
+void write(std::string_view text) {
+    if (isForATerminal()) {
+        const std::string visible = withControlsVisible(text);
+        std::fwrite(visible.data(), 1, visible.size(), output);
+    } else {
+        std::fwrite(text.data(), 1, text.size(), output);
+    }
+}
+
 }  // namespace
 
 void log(std::string_view message, std::string_view value) {
     if (output == nullptr) return;
     flockfile(output);  // Around the whole line.
-    std::fwrite(message.data(), 1, message.size(), output);
-    std::fwrite(value.data(), 1, value.size(), output);
+    write(message);
+    write(value);
     std::fputc('\n', output);
     std::fflush(output);
     funlockfile(output);

@@ -34,6 +34,8 @@ int main(int, char** argv) {
     } else if (what == "odd-bytes") {
         log(std::string_view("nul \0 invalid \xFF\xFE end", 20));
         log("");
+    } else if (what == "controls") {
+        log("\x1B[2J\r", "\x7F \t \xC2\x9B \xC3\xA9");
     } else if (what == "threads") {
         logFromThreads();
     } else if (what == "strangers") {

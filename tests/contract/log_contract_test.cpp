@@ -25,6 +25,15 @@ TEST(Log, BytesPassAsTheyAre) {
     EXPECT_EQ(shell(CHILD_PATH " odd-bytes").output, std::string("nul \0 invalid \xFF\xFE end\n\n", 22));
 }
 
+TEST(Log, ControlCharactersPassAsTheyAreToAFileOrPipe) {
+    EXPECT_EQ(shell(CHILD_PATH " controls").output, "\x1B[2J\r\x7F \t \xC2\x9B \xC3\xA9\n");
+}
+
+TEST(Log, ATerminalShowsControlCharactersAndDoesNotObeyThem) {
+    EXPECT_EQ(shell("script -qec '" CHILD_PATH " controls' /dev/null </dev/null").output,
+              "\xE2\x90\x9B[2J\xE2\x90\x8D\xE2\x90\xA1 \t \xEF\xBF\xBD \xC3\xA9\r\n");
+}
+
 TEST(Log, LinesOfSeveralThreadsNeverMix) {
     std::istringstream lines(shell(CHILD_PATH " threads").output);
     std::map<char, int> counts;
