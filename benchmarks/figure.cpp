@@ -50,7 +50,7 @@ void print(const std::vector<Figure>& figures) {
             return std::string(text);
         };
         char ratio[16] = "-";
-        if (!figure.floor.values.empty()) {
+        if (figure.floor.median() > 0) {
             std::snprintf(ratio, sizeof ratio, "%.2f", figure.program.median() / figure.floor.median());
         }
         std::printf("%-52s %-5s %10.2f %21s %7s  %-24s %s\n", figure.name.c_str(), figure.unit.c_str(),
