@@ -100,6 +100,7 @@ class Bench {
         measureAnswers();
         measureIdleness();
         measureSize();
+        measureOthers();
         return std::move(figures_);
     }
 
@@ -259,6 +260,35 @@ class Bench {
     void measureSize() {
         const auto size = static_cast<double>(std::filesystem::file_size(STRIPPED_PROGRAM_PATH)) / 1024;
         figures_.push_back({"stripped program file", "KiB", {{size}}, {}, {.absolute = 700}});
+    }
+
+    // Other programs that tell what a computer is made of, where they are installed: no targets, but neighbours.
+    void measureOthers() {
+        for (const std::string name : {"fastfetch", "lshw"}) {
+            const std::string path = "/usr/bin/" + name;
+            if (!std::filesystem::exists(path)) continue;
+            Figure run{name + ", the whole run", "ms", {}, {}, {}};
+            for (int round = 0; round < rounds_; ++round) {
+                const auto start = Clock::now();
+                Program program(settingOf(path.c_str()));
+                require(program.waitForExit().has_value(), "another program did not end");
+                run.program.values.push_back(millisecondsSince(start));
+            }
+            figures_.push_back(run);
+        }
+        for (const std::string name : {"lshw-gtk", "hardinfo", "cpu-x"}) {
+            const std::string path = "/usr/bin/" + name;
+            if (!std::filesystem::exists(path)) continue;
+            Figure time{name + ", exec to first window", "ms", {}, {}, {}};
+            Figure memory{name + ", peak memory at that moment", "MB", {}, {}, {}};
+            for (int round = 0; round < rounds_; ++round) {
+                const Start start = startOf(path.c_str());
+                time.program.values.push_back(start.time);
+                memory.program.values.push_back(start.memory);
+            }
+            figures_.push_back(time);
+            figures_.push_back(memory);
+        }
     }
 
     int rounds_;
