@@ -60,6 +60,7 @@ std::string withControlsVisible(std::string_view text) {
 }
 
 void write(std::string_view text) {
+    if (text.empty()) return;  // It may point nowhere.
     if (isForATerminal()) {
         const std::string visible = withControlsVisible(text);
         std::fwrite(visible.data(), 1, visible.size(), output);
