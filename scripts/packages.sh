@@ -18,4 +18,10 @@ bench_packages=(libbenchmark-dev)
 
 fuzz_packages=(clang libclang-rt-14-dev)
 
-check_packages=(clang-format clang-tidy shellcheck)
+icon_packages=(librsvg2-bin icnsutils)
+
+package_packages=(dpkg-dev fakeroot)
+
+package_test_packages=(lintian desktop-file-utils appstream man-db debootstrap debian-archive-keyring xvfb xdotool)
+
+check_packages=(clang-format clang-tidy shellcheck yamllint)
