@@ -4,8 +4,8 @@
 #include "platform/application.h"
 
 platform::WindowGroup HardwareDetectorApp::body() const {
-    return {.name = "Hardware Detector", .width = 600, .height = 500, .body = [view = ContentView()] {
-                return view.body();
+    return {.name = "Hardware Detector", .width = 600, .height = 500, .content = [] {
+                return [view = ContentView()] { return view.body(); };
             }};
 }
 

@@ -15,8 +15,9 @@ namespace {
 
 struct ShownView {
     ContentView view;
-    platform::Window window{
-        {.name = "Hardware Detector", .width = 600, .height = 500, .body = [view = view] { return view.body(); }}};
+    platform::Window window{{.name = "Hardware Detector", .width = 600, .height = 500, .content = [view = view] {
+                                 return [view] { return view.body(); };
+                             }}};
 
     ShownView() {
         window.show();

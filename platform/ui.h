@@ -201,13 +201,15 @@ class Cell {
     std::shared_ptr<Slot> slot_;
 };
 
-// A window of fixed content size without title bar. It can be moved by its background and closed by the window
-// manager and by Ctrl+Q (Cmd+Q on macOS); closing it ends the application.
+// A window of fixed content size without title bar, moved by its background. How it is closed, whether the application
+// ends with it, and how it is opened again, are the system's customs.
 struct WindowGroup {
+    using Body = std::function<View()>;  // The newest view. Called on the main thread at each change.
+
     std::string name;  // What task bars and screen readers call the window; shown nowhere in it.
     int width;
     int height;
-    std::function<View()> body;  // The newest view. Called on the main thread at each change.
+    std::function<Body()> content;  // For a window that opens: a main view of its own, in its initial state.
 };
 
 }  // namespace platform

@@ -11,7 +11,7 @@ desktop_packages=(ca-certificates fonts-dejavu-core fonts-noto-color-emoji xdg-u
 
 test_packages=(
     libgtest-dev libcpp-httplib-dev openssl
-    libatspi2.0-dev libxtst-dev at-spi2-core dbus-daemon xvfb xauth procps
+    libatspi2.0-dev libxtst-dev at-spi2-core dbus-daemon xvfb xauth procps libxml2-utils
 )
 
 bench_packages=(libbenchmark-dev)

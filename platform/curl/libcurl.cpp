@@ -7,7 +7,8 @@ namespace platform {
 namespace {
 
 #ifdef __APPLE__
-constexpr const char* fileName = "libcurl.4.dylib";
+// The system's own. By its name alone it would be looked for in the working directory, too.
+constexpr const char* fileName = "/usr/lib/libcurl.4.dylib";
 #else
 constexpr const char* fileName = "libcurl.so.4";
 #endif

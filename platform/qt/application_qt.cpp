@@ -8,7 +8,7 @@
 #include <cstdio>
 
 #include "platform/qt/accessible_elements.h"
-#include "platform/qt/window_qt.h"
+#include "platform/qt/window_on_screen.h"
 
 namespace platform {
 
@@ -40,9 +40,8 @@ void application::run(const WindowGroup& scene) {
     keepPaintingSimple();
     installAccessibleElements();
 
-    Window window(scene);
-    window.show();
-    window.activateWindow();
+    WindowOnScreen window(scene);
+    window.open();
     QApplication::exec();
     // Not through exit(): that would take down what requests and commands under way are still using.
     _exit(0);

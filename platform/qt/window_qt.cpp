@@ -1,29 +1,21 @@
 #include "platform/qt/window_qt.h"
 
-#include <QCloseEvent>
-#include <QCoreApplication>
 #include <QMouseEvent>
-#include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
+
+#include "platform/qt/desktop_customs.h"
 
 namespace platform {
 
 Window::Window(const WindowGroup& scene)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
-      body_(scene.body),
-      shown_(body_()),
-      rendered_(shown_, this, {}) {
+    : QWidget(nullptr, Qt::Window), body_(scene.content()), shown_(body_()), rendered_(shown_, this, {}) {
     setWindowTitle(QString::fromStdString(scene.name));
     setFixedSize(scene.width, scene.height);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(rendered_.widget());
-
-    // On macOS the toolkit takes Ctrl for Cmd.
-    for (const Qt::Key key : {Qt::Key_Q, Qt::Key_W}) {
-        connect(new QShortcut(QKeySequence(Qt::CTRL | key), this), &QShortcut::activated, this, &QWidget::close);
-    }
+    desktopCustoms::dress(*this);
 }
 
 void Window::renderSoon() {
@@ -65,11 +57,6 @@ void Window::appear() {
     for (const Modifier& modifier : shown_.modifiers()) {
         if (const auto* hook = std::get_if<OnAppear>(&modifier)) hook->action();
     }
-}
-
-void Window::closeEvent(QCloseEvent* event) {
-    event->accept();
-    QCoreApplication::exit(0);
 }
 
 // Only presses that no element wanted come here: those on the background.

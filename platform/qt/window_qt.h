@@ -20,14 +20,13 @@ class Window : public QWidget {
   protected:
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void closeEvent(QCloseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
 
   private:
     void appear();
 
-    std::function<View()> body_;
+    WindowGroup::Body body_;
     View shown_;
     RenderedView rendered_;
     bool rendersSoon_ = false;

@@ -12,9 +12,6 @@ using testSupport::ScriptedServer;
 
 constexpr int rounds = 50;
 
-// So that deaths come before, between and after the two reports.
-constexpr int latestDeathInMilliseconds = 120;
-
 std::string idIn(const RecordedRequest& request) {
     const std::string mark = R"("device_id":")";
     const std::size_t start = request.body().find(mark);
@@ -28,6 +25,18 @@ class KilledProgram : public Surroundings, public testing::WithParamInterface<in
         Surroundings::SetUp();
         machine_.makeMissing("/etc/machine-id");  // So that a lost id would be replaced by another one.
     }
+
+    // How long a first start takes here until both reports are out. Deaths come before, between and after them.
+    [[nodiscard]] std::chrono::milliseconds durationOfAStart() {
+        const ScratchFolder home;
+        Program::Setting first = setting();
+        first.environment["HOME"] = home.path();
+        const ScriptedServer server(website({}), websitePort);
+        const auto start = std::chrono::steady_clock::now();
+        const Program program(first);
+        EXPECT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    }
 };
 
 TEST_P(KilledProgram, LeavesWholeSettingsAndTheIdItReported) {
@@ -35,6 +44,7 @@ TEST_P(KilledProgram, LeavesWholeSettingsAndTheIdItReported) {
                       static_cast<unsigned>(GetParam());
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
+    const std::chrono::milliseconds latestDeath = durationOfAStart() * 5 / 4;
     int heard = 0;
     for (int round = 0; round < rounds; ++round) {
         const ScratchFolder home;
@@ -44,7 +54,7 @@ TEST_P(KilledProgram, LeavesWholeSettingsAndTheIdItReported) {
         {
             const ScriptedServer server(website({}), websitePort);
             Program program(first);
-            program.waitForExit(std::chrono::milliseconds(random() % latestDeathInMilliseconds));
+            program.waitForExit(std::chrono::milliseconds(random() % latestDeath.count()));
             program.signal(SIGKILL);
             ASSERT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::signal, SIGKILL}));
             requests = server.requests();

@@ -24,7 +24,8 @@ int main(int argc, char** argv) {
     QApplication toolkit(argc, argv);
     platform::installAccessibleElements();
     const ContentView view;
-    platform::Window window({.name = "Soak", .width = 600, .height = 500, .body = [view] { return view.body(); }});
+    platform::Window window(
+        {.name = "Soak", .width = 600, .height = 500, .content = [view] { return [view] { return view.body(); }; }});
     FirstFrame frame;
     window.installEventFilter(&frame);
     const int rounds = std::atoi(argv[1]);

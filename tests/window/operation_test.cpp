@@ -189,8 +189,9 @@ class PaintingWitness : public QObject {
 TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     standIn::reset();
     const ContentView view;
-    platform::Window window(
-        {.name = "Hardware Detector", .width = 600, .height = 500, .body = [view] { return view.body(); }});
+    platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
+                                 return [view] { return view.body(); };
+                             }});
     PaintingWitness witness;
     window.installEventFilter(&witness);
     window.show();

@@ -108,6 +108,8 @@ class GeneratedCases : public Surroundings, public testing::WithParamInterface<i
         }
 
         std::vector<std::string> pages;
+        // The program does not wait for long until the desktop has understood.
+        waitFor([&] { return opener_.calls().size() >= callsBefore + expected.pages.size(); });
         const auto calls = opener_.calls();
         for (std::size_t call = callsBefore; call < calls.size(); ++call) pages.push_back(calls[call].at(0));
         if (pages != expected.pages) {
@@ -166,9 +168,11 @@ TEST_P(GeneratedCases, AreWhatASecondOpinionExpects) {
     CaseGenerator generator(seed);
     for (int round = 0; round < roundsOfEach; ++round) {
         const Case drawn = generator.next();
-        if (differencesIn(drawn).empty()) continue;
+        const std::string differences = differencesIn(drawn);
+        if (differences.empty()) continue;
         const Case least = shrunk(drawn);
         FAIL() << "seed " << seed / 100 << ", round " << round << "\n"
+               << differences << "At its least:\n"
                << literalOf(least) << "\n"
                << differencesIn(least);
     }
