@@ -1,0 +1,149 @@
+// The delivery queue.
+#include "platform/http.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <future>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "tests/contract/http_requests.h"
+#include "tests/contract/idle_socket.h"
+#include "tests/support/scripted_server.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using namespace httpContract;
+using namespace testSupport;
+using platform::HttpRequest;
+
+TEST(HttpSession, CallsEveryHandlerOnOneThreadOfItsOwn) {
+    const ScriptedServer server(always({Send{answerBytes(200, "")}}));
+
+    const Result answered = resultOf(get(server.url("/")));
+    const Result refused = resultOf(get("path"));
+    std::thread::id callersThread;
+    std::future<Result> fromElsewhere;
+    std::thread([&] {
+        callersThread = std::this_thread::get_id();
+        fromElsewhere = send(get(server.url("/")));
+    }).join();
+    const Result elsewhere = resultOf(std::move(fromElsewhere));
+
+    EXPECT_NE(answered.thread, std::this_thread::get_id());
+    EXPECT_NE(answered.thread, callersThread);
+    EXPECT_EQ(refused.thread, answered.thread);
+    EXPECT_EQ(elsewhere.thread, answered.thread);
+}
+
+TEST(HttpSession, CallsAHandlerOnce) {
+    const ScriptedServer server(always({Send{answerBytes(200, "")}}));
+    std::atomic<int> calls = 0;
+    const auto count = [&calls](auto&&...) { ++calls; };
+
+    platform::httpSession::start(get(server.url("/")), count);
+    platform::httpSession::start(get("path"), count);
+    ASSERT_TRUE(server.waitForEndedConnections(1));
+    // Handlers run one after another, so a call too many would have run before the last of these.
+    for (int round = 0; round < 3; ++round) resultOf(get(server.url("/")));
+
+    EXPECT_EQ(calls, 2);
+}
+
+TEST(HttpSession, ReturnsBeforeTheHandlerIsCalled) {
+    std::promise<void> returned;
+    std::promise<bool> seen;
+
+    platform::httpSession::start(get("path"), [&](auto&&...) {
+        seen.set_value(returned.get_future().wait_for(longestWait) == std::future_status::ready);
+    });
+    returned.set_value();
+
+    EXPECT_TRUE(seen.get_future().get());
+}
+
+TEST(HttpSession, LetsNoRequestHoldAnotherBack) {
+    const ScriptedServer silent(always({HoldOpen{}}));
+    const ScriptedServer server(always({Send{answerBytes(200, "quick")}}));
+    const IdleSocket full(IdleSocket::Kind::listening);
+
+    std::future<Result> hanging = send(post(silent.url("/"), "{}", 60s));
+    std::future<Result> sending = send(post(full.url(), std::string(32 * 1024 * 1024, 'x'), 60s));
+    ASSERT_TRUE(silent.waitForRequests(1));
+
+    expectAnswer(resultOf(post(server.url("/"))), 200, "quick");
+    EXPECT_EQ(hanging.wait_for(0s), std::future_status::timeout);
+    EXPECT_EQ(sending.wait_for(0s), std::future_status::timeout);
+}
+
+TEST(HttpSession, CarriesManyRequestsAtATime) {
+    const ScriptedServer server(
+        [](const RecordedRequest& request) { return Script{Send{answerBytes(200, "answer to " + request.body())}}; });
+
+    std::vector<std::future<Result>> pending;
+    for (int number = 0; number < 50; ++number) pending.push_back(send(post(server.url("/"), std::to_string(number))));
+
+    for (int number = 0; number < 50; ++number) {
+        const auto index = static_cast<std::size_t>(number);
+        expectAnswer(resultOf(std::move(pending[index])), 200, "answer to " + std::to_string(number));
+    }
+    EXPECT_EQ(server.requests().size(), 50u);
+}
+
+TEST(HttpSession, TakesRequestsFromSeveralThreadsAtATime) {
+    const ScriptedServer server(always({Send{answerBytes(200, "here")}}));
+
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 5; ++round) expectAnswer(resultOf(post(server.url("/"))), 200, "here");
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+
+    EXPECT_EQ(server.requests().size(), 20u);
+}
+
+TEST(HttpSession, TakesARequestFromWithinAHandler) {
+    const ScriptedServer server(inTurn({{Send{answerBytes(200, "one")}}, {Send{answerBytes(200, "two")}}}));
+    const HttpRequest second = get(server.url("/second"));
+    std::promise<std::future<Result>> started;
+
+    platform::httpSession::start(get(server.url("/first")), [&](auto&&...) { started.set_value(send(second)); });
+
+    expectAnswer(resultOf(started.get_future().get()), 200, "two");
+}
+
+TEST(HttpSession, CountsNoTimeOutForBytesThatCameWhileAHandlerRan) {
+    const std::string header = "HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n";
+    const ScriptedServer slow(
+        always({Send{header}, SendDripping{std::string(9, 'x'), 200ms}, Send{std::string(90, 'y')}}));
+    const ScriptedServer quick(always({Send{answerBytes(200, "")}}));
+
+    std::future<Result> dripping = send(get(slow.url("/"), 1s));
+    ASSERT_TRUE(slow.waitForRequests(1));
+    platform::httpSession::start(get(quick.url("/")), [&](auto&&...) { EXPECT_TRUE(slow.waitForEndedConnections(1)); });
+
+    expectAnswer(resultOf(std::move(dripping)), 200, std::string(9, 'x') + std::string(90, 'y'));
+}
+
+TEST(HttpSession, LetsNoSignalInterruptTheDeliveryQueue) {
+    std::promise<sigset_t> blocked;
+
+    platform::httpSession::start(get("path"), [&](auto&&...) {
+        sigset_t mask;
+        pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+        blocked.set_value(mask);
+    });
+
+    const sigset_t mask = blocked.get_future().get();
+    for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGCHLD}) EXPECT_EQ(sigismember(&mask, signal), 1) << signal;
+}
+
+}  // namespace

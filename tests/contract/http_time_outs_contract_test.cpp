@@ -1,0 +1,98 @@
+// Time-outs.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "tests/contract/http_requests.h"
+#include "tests/contract/idle_socket.h"
+#include "tests/support/scripted_server.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using namespace httpContract;
+using namespace testSupport;
+
+using Clock = std::chrono::steady_clock;
+
+TEST(HttpSession, TimesOutWhenNothingComesForTheInterval) {
+    const std::vector<std::pair<std::string, Script>> cases{
+        {"no answer", {WaitUntilClientHasGone{}}},
+        {"half a header", {Send{"HTTP/1.1 200 OK\r\nConte"}, WaitUntilClientHasGone{}}},
+        {"header alone", {Send{"HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\n"}, WaitUntilClientHasGone{}}},
+        {"half a body", {Send{"HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nthe"}, WaitUntilClientHasGone{}}},
+        {"half a chunk",
+         {Send{"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n8\r\nthe"}, WaitUntilClientHasGone{}}},
+        {"body without end", {Send{"HTTP/1.1 200 OK\r\n\r\nthe body"}, WaitUntilClientHasGone{}}},
+    };
+    for (const auto& [name, script] : cases) {
+        SCOPED_TRACE(name);
+        const ScriptedServer server(always(script));
+
+        const auto begin = Clock::now();
+        const Result result = resultOf(post(server.url("/"), "{}", 1s));
+
+        EXPECT_GE(Clock::now() - begin, 1s);
+        expectTimedOut(result);
+        EXPECT_TRUE(server.waitForEndedConnections(1));
+        EXPECT_EQ(server.requests().size(), 1u);
+    }
+}
+
+TEST(HttpSession, StartsTheIntervalAfreshWithEveryByteThatComes) {
+    const std::string header = "HTTP/1.1 200 OK\r\nContent-Length: 13\r\n\r\n";
+    const ScriptedServer server(always({SendDripping{header, 50ms}, SendDripping{"steady, slow!", 200ms}}));
+
+    const auto begin = Clock::now();
+    const Result result = resultOf(post(server.url("/"), "{}", 1s));
+
+    EXPECT_GE(Clock::now() - begin, 2s);
+    expectAnswer(result, 200, "steady, slow!");
+}
+
+TEST(HttpSession, CountsTheIntervalFromTheLastByte) {
+    const ScriptedServer server(
+        always({SendDripping{"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n123456", 50ms}, WaitUntilClientHasGone{}}));
+
+    const auto begin = Clock::now();
+    const Result result = resultOf(post(server.url("/"), "{}", 1s));
+
+    EXPECT_GE(Clock::now() - begin, 3s);
+    expectTimedOut(result);
+}
+
+TEST(HttpSession, TimesOutWhileConnecting) {
+    IdleSocket full(IdleSocket::Kind::listening);
+    if (!full.fillQueue()) GTEST_SKIP() << "this system leaves no connection waiting";
+
+    expectTimedOut(resultOf(post(full.url(), "{}", 1s)));
+}
+
+TEST(HttpSession, TimesOutWhileSending) {
+    const IdleSocket deaf(IdleSocket::Kind::listening);
+
+    const auto begin = Clock::now();
+    const Result result = resultOf(post(deaf.url(), std::string(32 * 1024 * 1024, 'x'), 1s));
+
+    EXPECT_GE(Clock::now() - begin, 1s);
+    expectTimedOut(result);
+}
+
+TEST(HttpSession, TimesOutAtOnceWithoutAnInterval) {
+    const ScriptedServer server(always({WaitUntilClientHasGone{}}));
+
+    expectTimedOut(resultOf(post(server.url("/"), "{}", 0s)));
+    expectTimedOut(resultOf(post(server.url("/"), "{}", std::chrono::seconds::min())));
+}
+
+TEST(HttpSession, TakesTheLongestIntervalThereIs) {
+    const ScriptedServer server(always({Send{answerBytes(200, "soon")}}));
+
+    expectAnswer(resultOf(post(server.url("/"), "{}", std::chrono::seconds::max())), 200, "soon");
+}
+
+}  // namespace

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+namespace httpContract {
+
+// A port of 127.0.0.1. Bound alone it refuses connections and nobody else can get it; listening, it completes them and
+// never reads a byte.
+class IdleSocket {
+  public:
+    enum class Kind { refusing, listening };
+
+    explicit IdleSocket(Kind kind) : number_(socket(AF_INET, SOCK_STREAM, 0)) {
+        address_.sin_family = AF_INET;
+        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address_;
+        EXPECT_EQ(bind(number_, generic(), size), 0);
+        EXPECT_EQ(getsockname(number_, generic(), &size), 0);
+        if (kind == Kind::listening) {
+            EXPECT_EQ(listen(number_, 0), 0);
+        }
+    }
+    ~IdleSocket() {
+        for (const int filler : fillers_) close(filler);
+        close(number_);
+    }
+    IdleSocket(const IdleSocket&) = delete;
+    IdleSocket& operator=(const IdleSocket&) = delete;
+
+    // Makes connections until one of them is left waiting. False when the system doesn't leave any.
+    [[nodiscard]] bool fillQueue() {
+        for (int attempt = 0; attempt < 8; ++attempt) {
+            const int filler = socket(AF_INET, SOCK_STREAM, 0);
+            fillers_.push_back(filler);
+            fcntl(filler, F_SETFL, O_NONBLOCK);
+            if (connect(filler, generic(), sizeof address_) == 0) continue;
+            pollfd connected{filler, POLLOUT, 0};
+            if (poll(&connected, 1, 500) == 0) return true;
+        }
+        return false;
+    }
+
+    [[nodiscard]] std::string url() const {
+        return "http://127.0.0.1:" + std::to_string(ntohs(address_.sin_port)) + "/";
+    }
+
+  private:
+    sockaddr* generic() { return reinterpret_cast<sockaddr*>(&address_); }
+
+    int number_;
+    sockaddr_in address_{};
+    std::vector<int> fillers_;
+};
+
+}  // namespace httpContract
