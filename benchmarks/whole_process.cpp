@@ -3,12 +3,11 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <thread>
 
 #include "benchmarks/first_frame.h"
+#include "benchmarks/process_figures.h"
 #include "tests/end_to_end/rig/desktop_session.h"
 #include "tests/end_to_end/rig/keyboard.h"
 #include "tests/end_to_end/rig/program.h"
@@ -47,35 +46,6 @@ double millisecondsSince(Clock::time_point start) {
 
 void require(bool condition, const char* what) {
     if (!condition) giveUp(what);
-}
-
-// In megabytes.
-double peakMemoryOf(pid_t process) {
-    std::ifstream status("/proc/" + std::to_string(process) + "/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.rfind("VmHWM:", 0) == 0) return std::strtod(line.c_str() + 6, nullptr) / 1024;
-    }
-    return 0;
-}
-
-struct Activity {
-    double processorTime = 0;  // in milliseconds
-    double wakeUps = 0;
-};
-
-Activity activityOf(pid_t process) {
-    Activity activity;
-    for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
-        double nanoseconds = 0;
-        std::ifstream(thread.path() / "schedstat") >> nanoseconds;
-        activity.processorTime += nanoseconds / millisecond;
-        std::ifstream status(thread.path() / "status");
-        for (std::string line; std::getline(status, line);) {
-            if (line.rfind("voluntary_ctxt_switches:", 0) == 0)
-                activity.wakeUps += std::strtod(line.c_str() + 24, nullptr);
-        }
-    }
-    return activity;
 }
 
 class Bench {

@@ -1,6 +1,4 @@
 // The main job, done with the real program from outside: detect, read the rows, send, have the page opened.
-#include <filesystem>
-#include <fstream>
 #include <future>
 
 #include "tests/end_to_end/rig/announcements.h"
@@ -223,43 +221,6 @@ TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
     EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
 }
 
-TEST_F(MainJob, TheDeviceIdAndTheDateOutliveTheProgram) {
-    ScriptedServer server(website({}), websitePort);
-    for (int start = 0; start < 2; ++start) {
-        Program program(setting());
-        ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
-    }
-
-    const std::vector<RecordedRequest> requests = server.requests();
-    ASSERT_EQ(requests.size(), 4U);
-    EXPECT_EQ(requests[0].body(), requests[2].body());
-    EXPECT_EQ(requests[1].body(), requests[3].body());
-    const std::string settings = settingsFile();
-    EXPECT_EQ(valueIn(settings, "com.velmora.install_tracked"), "1");
-    EXPECT_EQ(requests[3].body(), R"({"device_id":")" + valueIn(settings, "com.velmora.device_id") + R"(","date":")" +
-                                      valueIn(settings, "com.velmora.last_tracked_date") + "\"}");
-}
-
-TEST_F(MainJob, TheDateFollowsAThaiUsersCalendar) {
-    ScriptedServer server(website({}), websitePort);
-    Program::Setting thai = setting();
-    thai.environment["LC_ALL"] = "th_TH.UTF-8";
-    Program program(thai);
-    ASSERT_TRUE(server.waitForRequests(2));
-
-    EXPECT_NE(server.requests()[1].body().find(R"("date":"25)"), std::string::npos) << server.requests()[1].body();
-}
-
-TEST_F(MainJob, TheDateFollowsAnEgyptianUsersDigits) {
-    ScriptedServer server(website({}), websitePort);
-    Program::Setting egyptian = setting();
-    egyptian.environment["LC_ALL"] = "ar_EG.UTF-8";
-    Program program(egyptian);
-    ASSERT_TRUE(server.waitForRequests(2));
-
-    EXPECT_NE(server.requests()[1].body().find(R"("date":"٢٠)"), std::string::npos) << server.requests()[1].body();
-}
-
 TEST_F(MainJob, AMachineWithoutAnyOfTheCommandsShowsTheFixedValues) {
     ScriptedServer server(website({}), websitePort);
     machine_.makeMissing(sysctl);
@@ -312,63 +273,6 @@ TEST_F(MainJob, WhatCommandsComplainReachesNeitherTheRecordNorTheLog) {
     EXPECT_TRUE(window.label("17179869184"));
     EXPECT_EQ(program.bytes(Stream::output).find("complaint"), std::string::npos);
     EXPECT_EQ(program.bytes(Stream::error).find("complaint"), std::string::npos);
-}
-
-TEST_F(MainJob, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
-    ScriptedServer server(website({}), websitePort);
-    machine_.makeMissing("/etc/machine-id");  // So that each would draw an id of its own.
-    const Program::Setting both = setting();
-    Program first(both);
-    Program second(both);
-    ASSERT_TRUE(first.waitForLine("✅ Usage tracked successfully"));
-    ASSERT_TRUE(second.waitForLine("✅ Usage tracked successfully"));
-
-    EXPECT_EQ(first.log()[1], "📤 Device ID: " + valueIn(settingsFile(), "com.velmora.device_id"));
-    EXPECT_EQ(second.log()[1], first.log()[1]);
-}
-
-TEST_F(MainJob, ASettingsFolderThatCannotBeMadeLeavesOneIdForTheWholeRun) {
-    ScriptedServer server(website({}), websitePort);
-    machine_.makeMissing("/etc/machine-id");
-    std::ofstream(home_.path() / ".config") << "a file where the folder should be";
-    Program program(setting());
-    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
-
-    const std::vector<RecordedRequest> requests = server.requests();
-    ASSERT_EQ(requests.size(), 2U);
-    const std::string member = requests[0].body().substr(requests[0].body().find("\"device_id\""), 50);
-    EXPECT_NE(requests[1].body().find(member), std::string::npos) << requests[0].body() << requests[1].body();
-}
-
-TEST_F(MainJob, ACorruptSettingsFileIsNoReasonToStop) {
-    ScriptedServer server(website({}), websitePort);
-    std::filesystem::create_directories(home_.path() / ".config/velmora");
-    std::ofstream(home_.path() / ".config/velmora/hardware-detector.conf") << "\x01\xFF[[[\nno equals sign\n=\n";
-    Program program(setting());
-    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
-    const std::string id = program.log()[1];
-    program.terminate();
-    ASSERT_TRUE(program.waitForExit());
-
-    Program later(setting());
-    ASSERT_TRUE(later.waitForLine("✅ Usage tracked successfully"));
-    EXPECT_EQ(later.log()[1], id);
-}
-
-TEST_F(MainJob, AnInstallReportThatIsNeverAnsweredIsGivenUpAndTheUsageGoesOut) {
-    ScriptedServer server(
-        [](const RecordedRequest& request) -> Script {
-            if (request.target() == "/api/track-install/") return {testSupport::HoldOpen{}};
-            return {Send{answerBytes(200, "noted")}};
-        },
-        websitePort);
-    Program program(setting());
-
-    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
-    const std::vector<std::string> log = program.log();
-    ASSERT_GE(log.size(), 5U);
-    EXPECT_EQ(log[2], "❌ Install tracking error: The request timed out.");
-    EXPECT_EQ(log[4], "⚠️ Install tracking may have failed. Check the logs above.");
 }
 
 }  // namespace

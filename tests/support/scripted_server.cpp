@@ -10,21 +10,20 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cctype>
 #include <cerrno>
 #include <condition_variable>
-#include <cstdlib>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <thread>
 #include <utility>
 
+#include "tests/support/descriptor.h"
+
 namespace testSupport {
 
 namespace {
 
-constexpr std::string_view headerEnd = "\r\n\r\n";
 constexpr std::chrono::seconds longestWait{30};
 
 #ifdef MSG_NOSIGNAL
@@ -33,34 +32,21 @@ constexpr int sendFlags = MSG_NOSIGNAL;
 constexpr int sendFlags = 0;
 #endif
 
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {
-        if (number_ < 0) throw std::runtime_error("the scripted server got no descriptor");
-        fcntl(number_, F_SETFD, FD_CLOEXEC);
-        fcntl(number_, F_SETFL, O_NONBLOCK);
+Descriptor nonBlocking(int number) {
+    if (number < 0) throw std::runtime_error("the scripted server got no descriptor");
+    fcntl(number, F_SETFD, FD_CLOEXEC);
+    fcntl(number, F_SETFL, O_NONBLOCK);
 #ifdef SO_NOSIGPIPE
-        const int on = 1;
-        setsockopt(number_, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
+    const int on = 1;
+    setsockopt(number, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
 #endif
-    }
-    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&&) = delete;
-    ~Descriptor() { close(); }
-
-    void close() {
-        if (number_ >= 0) ::close(std::exchange(number_, -1));
-    }
-    [[nodiscard]] int number() const { return number_; }
-
-  private:
-    int number_;
-};
+    return Descriptor(number);
+}
 
 // Its reading end becomes ready for everybody at once, and for good, when the writing end is closed.
 struct StopSignal {
     StopSignal() : StopSignal(makePipe()) {}
-    explicit StopSignal(std::array<int, 2> ends) : reader(ends[0]), writer(ends[1]) {}
+    explicit StopSignal(std::array<int, 2> ends) : reader(nonBlocking(ends[0])), writer(nonBlocking(ends[1])) {}
 
     static std::array<int, 2> makePipe() {
         std::array<int, 2> ends{-1, -1};
@@ -72,57 +58,7 @@ struct StopSignal {
     Descriptor writer;
 };
 
-bool equalIgnoringCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
-}
-
-std::string_view withoutBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-bool isWhole(const RecordedRequest& request) {
-    if (request.bytes.empty()) return false;
-    if (std::isupper(static_cast<unsigned char>(request.bytes.front())) == 0) return true;
-    const std::size_t end = request.bytes.find(headerEnd);
-    if (end == std::string::npos) return false;
-    const auto lengths = request.valuesOf("Content-Length");
-    const std::size_t bodySize = lengths.empty() ? 0 : std::strtoull(lengths.front().c_str(), nullptr, 10);
-    return request.bytes.size() - end - headerEnd.size() >= bodySize;
-}
-
 }  // namespace
-
-std::string RecordedRequest::requestLine() const { return bytes.substr(0, bytes.find("\r\n")); }
-
-std::string RecordedRequest::method() const { return bytes.substr(0, bytes.find(' ')); }
-
-std::string RecordedRequest::target() const {
-    const std::string line = requestLine();
-    const std::size_t first = line.find(' ');
-    const std::size_t last = line.rfind(' ');
-    return first == std::string::npos || first == last ? std::string() : line.substr(first + 1, last - first - 1);
-}
-
-std::vector<std::string> RecordedRequest::valuesOf(std::string_view fieldName) const {
-    std::vector<std::string> values;
-    std::string_view rest = std::string_view(bytes).substr(0, bytes.find(headerEnd));
-    while (!rest.empty()) {
-        const std::string_view line = rest.substr(0, rest.find("\r\n"));
-        rest.remove_prefix(std::min(rest.size(), line.size() + 2));
-        const std::size_t colon = line.find(':');
-        if (colon == std::string_view::npos || !equalIgnoringCase(line.substr(0, colon), fieldName)) continue;
-        values.emplace_back(withoutBlanks(line.substr(colon + 1)));
-    }
-    return values;
-}
-
-std::string RecordedRequest::body() const {
-    const std::size_t end = bytes.find(headerEnd);
-    return end == std::string::npos ? std::string() : bytes.substr(end + headerEnd.size());
-}
 
 Responder always(Script script) {
     return [script = std::move(script)](const RecordedRequest&) { return script; };
@@ -147,7 +83,7 @@ class ScriptedServer::Listener {
   public:
     Listener(Responder responder, int port, Loopback address)
         : responder_(std::move(responder)),
-          socket_(socket(address == Loopback::ipv4 ? AF_INET : AF_INET6, SOCK_STREAM, 0)),
+          socket_(nonBlocking(socket(address == Loopback::ipv4 ? AF_INET : AF_INET6, SOCK_STREAM, 0))),
           port_(address == Loopback::ipv4 ? listenOnIpv4(port) : listenOnIpv6(port)) {
         acceptor_ = std::thread([this] { acceptConnections(); });
     }
@@ -243,7 +179,7 @@ class ScriptedServer::Listener {
                 connections_.emplace_back();
             }
             connectionThreads_.emplace_back(
-                [this, index, connection = Descriptor(number)]() mutable { serve(connection, index); });
+                [this, index, connection = nonBlocking(number)]() mutable { serve(connection, index); });
         }
     }
 
@@ -261,7 +197,7 @@ class ScriptedServer::Listener {
 
     [[nodiscard]] std::optional<RecordedRequest> readRequest(const Descriptor& connection, std::size_t index) {
         RecordedRequest request;
-        while (!isWhole(request)) {
+        while (!request.isWhole()) {
             const std::string bytes = read(connection, index);
             if (bytes.empty()) return std::nullopt;
             request.bytes += bytes;

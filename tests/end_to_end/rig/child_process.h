@@ -10,10 +10,12 @@
 #include <utility>
 #include <vector>
 
-#include "tests/end_to_end/rig/descriptor.h"
 #include "tests/end_to_end/rig/patience.h"
+#include "tests/support/descriptor.h"
 
 namespace end_to_end {
+
+using testSupport::Descriptor;
 
 using Environment = std::map<std::string, std::string>;
 

@@ -7,10 +7,12 @@
 #include <string>
 #include <string_view>
 
-#include "tests/end_to_end/rig/descriptor.h"
 #include "tests/end_to_end/rig/patience.h"
+#include "tests/support/descriptor.h"
 
 namespace end_to_end {
+
+using testSupport::Descriptor;
 
 // Held open at both ends, so that opening it never waits for the other side. A script that still waits to read from it
 // sees its end when the object goes. For the thread that made it alone.

@@ -16,9 +16,11 @@
 #include <cstring>
 #include <fstream>
 
-#include "tests/end_to_end/rig/descriptor.h"
+#include "tests/support/descriptor.h"
 
 namespace end_to_end {
+
+using testSupport::Descriptor;
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace end_to_end {
+namespace testSupport {
 
 class Descriptor {
   public:
@@ -16,8 +16,10 @@ class Descriptor {
         std::swap(number_, other.number_);
         return *this;
     }
-    ~Descriptor() {
-        if (number_ >= 0) close(number_);
+    ~Descriptor() { close(); }
+
+    void close() {
+        if (number_ >= 0) ::close(std::exchange(number_, -1));
     }
 
     int number() const { return number_; }
@@ -27,4 +29,4 @@ class Descriptor {
     int number_ = -1;
 };
 
-}  // namespace end_to_end
+}  // namespace testSupport
