@@ -105,15 +105,6 @@ bool Element::focused() const { return has(accessible_.get(), ATSPI_STATE_FOCUSE
 
 bool Element::showing() const { return has(accessible_.get(), ATSPI_STATE_SHOWING); }
 
-Bounds Element::bounds() const {
-    const auto component = owned(atspi_accessible_get_component_iface(accessible_.get()));
-    if (!component) return {};
-    const std::unique_ptr<AtspiRect, decltype(&g_free)> extents(
-        atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, nullptr), g_free);
-    if (!extents) return {};
-    return {extents->x, extents->y, extents->width, extents->height};
-}
-
 std::vector<Element> Element::children() const {
     std::vector<Element> children;
     const gint count = atspi_accessible_get_child_count(accessible_.get(), nullptr);
@@ -138,11 +129,6 @@ bool Element::press() const {
 bool Element::setText(const std::string& text) const {
     const auto field = owned(atspi_accessible_get_editable_text_iface(accessible_.get()));
     return field && atspi_editable_text_set_text_contents(field.get(), text.c_str(), nullptr) != FALSE;
-}
-
-bool Element::takeFocus() const {
-    const auto component = owned(atspi_accessible_get_component_iface(accessible_.get()));
-    return component && atspi_component_grab_focus(component.get(), nullptr) != FALSE;
 }
 
 std::string Element::tree() const {

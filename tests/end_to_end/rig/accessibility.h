@@ -17,13 +17,6 @@ struct _AtspiAccessible;
 
 namespace end_to_end {
 
-struct Bounds {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-};
-
 // One element of a program's window. Each question is answered by the program itself at that moment, and waits for it
 // while it is busy. An element that is gone has no name and no state and can't be operated.
 class Element {
@@ -36,7 +29,6 @@ class Element {
     bool enabled() const;
     bool focused() const;
     bool showing() const;
-    Bounds bounds() const;  // in pixels of the display
     std::vector<Element> children() const;
 
     // Presses a button. True when the program took the order; what the button does comes later.
@@ -44,8 +36,6 @@ class Element {
 
     // Replaces the text of a field.
     bool setText(const std::string& text) const;
-
-    bool takeFocus() const;
 
     // The element and all below it, one a line, indented: role, name, text and states.
     std::string tree() const;

@@ -21,12 +21,6 @@ Fifo::Fifo(std::filesystem::path path) : path_(std::move(path)) {
     std::abort();
 }
 
-void Fifo::write(std::string_view text) {
-    if (::write(descriptor_.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size())) return;
-    std::perror(path_.c_str());
-    std::abort();
-}
-
 const std::string& Fifo::bytes() {
     std::array<char, 4096> buffer{};
     ssize_t count = 0;

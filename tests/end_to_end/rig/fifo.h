@@ -1,11 +1,10 @@
-// A named pipe that scripts write to and the test reads, or the other way round.
+// A named pipe that scripts write to and the test reads, or that they wait at in vain.
 #pragma once
 
 #include <chrono>
 #include <filesystem>
 #include <functional>
 #include <string>
-#include <string_view>
 
 #include "tests/end_to_end/rig/patience.h"
 #include "tests/support/descriptor.h"
@@ -21,8 +20,6 @@ class Fifo {
     explicit Fifo(std::filesystem::path path);
 
     const std::filesystem::path& path() const { return path_; }
-
-    void write(std::string_view text);
 
     // All that has ever been written into it.
     const std::string& bytes();

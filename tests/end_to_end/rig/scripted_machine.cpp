@@ -76,8 +76,6 @@ void ScriptedMachine::hold(const std::string& command) {
     if (!gate) gate = std::make_unique<Fifo>(gateOf(command));
 }
 
-void ScriptedMachine::letGoOn(const std::string& command) { gates_.at(command)->write("\n"); }
-
 std::vector<std::string> ScriptedMachine::runs() {
     std::vector<std::string> lines;
     const std::string& bytes = record_.bytes();

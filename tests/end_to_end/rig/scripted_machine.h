@@ -29,10 +29,8 @@ class ScriptedMachine {
     void makeMissing(const std::string& command);
     void makeNotExecutable(const std::string& command);
 
-    // Each later run of a scripted command waits, after it has been recorded, until it is let go on.
+    // Each later run of a scripted command hangs after it has been recorded.
     void hold(const std::string& command);
-    // Lets one run go on: the one that waits, or else the next one.
-    void letGoOn(const std::string& command);
 
     // The runs of all scripted commands in the order in which they began, each as its path and arguments with single
     // spaces between.
