@@ -22,6 +22,6 @@ icon_packages=(librsvg2-bin icnsutils)
 
 package_packages=(dpkg-dev fakeroot)
 
-package_test_packages=(lintian desktop-file-utils appstream man-db debootstrap debian-archive-keyring xvfb xdotool)
+package_test_packages=(lintian desktop-file-utils appstream man-db debootstrap debian-archive-keyring xvfb xdotool x11-utils)
 
 check_packages=(clang-format clang-tidy shellcheck yamllint)

@@ -37,6 +37,7 @@ void application::run(const WindowGroup& scene) {
     qInstallMessageHandler(endWhereTheToolkitGivesUp);
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
+    QGuiApplication::setDesktopFileName("com.velmora.HardwareDetector");  // Desktops find icon and name by it.
     keepPaintingSimple();
     installAccessibleElements();
 
