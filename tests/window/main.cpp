@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTemporaryDir>
 
 #include "platform/qt/accessible_elements.h"
 #include "tests/window/appearance.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QTemporaryDir runtimeFolder;  // Whose absence, as for root, the toolkit would complain of.
+    qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toUtf8());
     testing::InitGoogleTest(&argc, argv);
     QApplication toolkit(argc, argv);
     QApplication::setFont(window_test::fixedFont());
