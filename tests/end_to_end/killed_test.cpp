@@ -45,6 +45,7 @@ TEST_P(KilledProgram, LeavesWholeSettingsAndTheIdItReported) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
     const std::chrono::milliseconds latestDeath = durationOfAStart() * 5 / 4;
+    std::uniform_int_distribution<std::chrono::milliseconds::rep> death(0, latestDeath.count());
     int heard = 0;
     for (int round = 0; round < rounds; ++round) {
         const ScratchFolder home;
@@ -54,7 +55,7 @@ TEST_P(KilledProgram, LeavesWholeSettingsAndTheIdItReported) {
         {
             const ScriptedServer server(website({}), websitePort);
             Program program(first);
-            program.waitForExit(std::chrono::milliseconds(random() % latestDeath.count()));
+            program.waitForExit(std::chrono::milliseconds(death(random)));
             program.signal(SIGKILL);
             ASSERT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::signal, SIGKILL}));
             requests = server.requests();
