@@ -37,7 +37,7 @@ void application::run(const WindowGroup& scene) {
     qInstallMessageHandler(endWhereTheToolkitGivesUp);
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
-    QGuiApplication::setDesktopFileName("com.velmora.HardwareDetector");  // Desktops find icon and name by it.
+    QGuiApplication::setDesktopFileName("com.velmora.HardwareDetector");  // By which Wayland desktops find the icon.
     keepPaintingSimple();
     installAccessibleElements();
 
