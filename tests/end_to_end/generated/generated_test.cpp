@@ -81,7 +81,8 @@ class GeneratedCases : public Surroundings, public testing::WithParamInterface<i
         if (!press(window, "Send to Website") || !shows(window, expected.banner)) {
             differences += "  no banner \"" + expected.banner + "\"\n";
         } else if (expected.ends) {
-            if (program_->waitForExit() != ExitStatus{ExitStatus::Kind::status, 0}) differences += "  does not end with status 0\n";
+            if (program_->waitForExit() != ExitStatus{ExitStatus::Kind::status, 0})
+                differences += "  does not end with status 0\n";
         } else {
             program_->waitForLine("❌ Failed to send hardware data. Check the console output above for details.");
             // An older line of that text may be there from an earlier round.
