@@ -79,6 +79,21 @@ class Bench {
         return {.path = path, .environment = environment_};
     }
 
+    static void waitForReports(Program& program) {
+        require(
+            program.waitForLine([](std::string_view line) { return line.find("Response: ") != line.npos; }).has_value(),
+            "the website was not asked");
+    }
+
+    // With the focus on its first element.
+    ProgramWindow windowReadyForKeys(Program& program) {
+        const auto window = ProgramWindow::waitFor(session_.display(), program.pid());
+        require(window.has_value(), "no window came");
+        waitForReports(program);
+        window->giveKeyboard();
+        return *window;
+    }
+
     struct Start {
         double time;
         double memory;
@@ -118,12 +133,7 @@ class Bench {
         Figure memory{"peak memory after a detection and a submission", "MB", {}, floorMemory_, {.ratio = 1.5}};
         for (int round = -2; round < rounds_; ++round) {
             Program program(settingOf(PROGRAM_PATH));
-            const auto window = ProgramWindow::waitFor(session_.display(), program.pid());
-            require(window.has_value(), "no window came");
-            require(program.waitForLine([](std::string_view line) { return line.find("Response: ") != line.npos; })
-                        .has_value(),
-                    "the website was not asked");
-            window->giveKeyboard();
+            windowReadyForKeys(program);
             Keyboard keyboard(session_.display());
             keyboard.press("Tab");
             const WatchedPlace banner(session_.display(), 24, 130);
@@ -157,18 +167,13 @@ class Bench {
             Program::Setting setting = settingOf(PROGRAM_PATH);
             setting.mounts = machine.mounts();
             Program program(setting);
-            const auto window = ProgramWindow::waitFor(session_.display(), program.pid());
-            require(window.has_value(), "no window came");
-            require(program.waitForLine([](std::string_view line) { return line.find("Response: ") != line.npos; })
-                        .has_value(),
-                    "the website was not asked");
-            window->giveKeyboard();
+            const ProgramWindow window = windowReadyForKeys(program);
             Keyboard keyboard(session_.display());
             keyboard.press("Tab");
             keyboard.press("space");
             require(machine.waitForRuns(1), "no command ran");
             const auto start = Clock::now();
-            window->askToClose();
+            window.askToClose();
             require(program.waitForExit().has_value(), "it did not end");
             quit.program.values.push_back(millisecondsSince(start));
         }
@@ -194,7 +199,7 @@ class Bench {
                 std::istringstream(program.bytes(end_to_end::Stream::error)) >> took >> before >> after;
                 if (round < 0) continue;
                 time.program.values.push_back(took);
-                memory.program.values.push_back((after - before) / 1024);
+                memory.program.values.push_back(after - before);
             }
             figures_.push_back(time);
             figures_.push_back(memory);
@@ -206,9 +211,7 @@ class Bench {
         constexpr std::chrono::seconds idle{60};
         Program program(settingOf(PROGRAM_PATH));
         Program floor(settingOf(EMPTY_WINDOW_PATH));
-        require(
-            program.waitForLine([](std::string_view line) { return line.find("Response: ") != line.npos; }).has_value(),
-            "the website was not asked");
+        waitForReports(program);
         std::this_thread::sleep_for(settling);
         const Activity before = activityOf(program.pid());
         const Activity floorBefore = activityOf(floor.pid());

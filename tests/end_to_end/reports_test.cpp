@@ -13,7 +13,17 @@ using testSupport::Script;
 using testSupport::ScriptedServer;
 using testSupport::Send;
 
-using Reports = Surroundings;
+class Reports : public Surroundings {
+  protected:
+    // What a program reports of its use to a user of that locale; empty when nothing came.
+    std::string usageReportOf(const std::string& locale) {
+        const ScriptedServer server(website({}), websitePort);
+        Program::Setting local = setting();
+        local.environment["LC_ALL"] = locale;
+        const Program program(local);
+        return server.waitForRequests(2) ? server.requests()[1].body() : "";
+    }
+};
 
 TEST_F(Reports, TheDeviceIdAndTheDateOutliveTheProgram) {
     ScriptedServer server(website({}), websitePort);
@@ -33,23 +43,13 @@ TEST_F(Reports, TheDeviceIdAndTheDateOutliveTheProgram) {
 }
 
 TEST_F(Reports, TheDateFollowsAThaiUsersCalendar) {
-    ScriptedServer server(website({}), websitePort);
-    Program::Setting thai = setting();
-    thai.environment["LC_ALL"] = "th_TH.UTF-8";
-    Program program(thai);
-    ASSERT_TRUE(server.waitForRequests(2));
-
-    EXPECT_NE(server.requests()[1].body().find(R"("date":"25)"), std::string::npos) << server.requests()[1].body();
+    const std::string report = usageReportOf("th_TH.UTF-8");
+    EXPECT_NE(report.find(R"("date":"25)"), std::string::npos) << report;
 }
 
 TEST_F(Reports, TheDateFollowsAnEgyptianUsersDigits) {
-    ScriptedServer server(website({}), websitePort);
-    Program::Setting egyptian = setting();
-    egyptian.environment["LC_ALL"] = "ar_EG.UTF-8";
-    Program program(egyptian);
-    ASSERT_TRUE(server.waitForRequests(2));
-
-    EXPECT_NE(server.requests()[1].body().find(R"("date":"٢٠)"), std::string::npos) << server.requests()[1].body();
+    const std::string report = usageReportOf("ar_EG.UTF-8");
+    EXPECT_NE(report.find(R"("date":"٢٠)"), std::string::npos) << report;
 }
 
 TEST_F(Reports, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
