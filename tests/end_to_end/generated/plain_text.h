@@ -5,13 +5,14 @@
 #include <optional>
 #include <string>
 
+#include "tests/support/utf8.h"
+
 namespace end_to_end {
 
 using Text = std::u32string;
 
-// Absent when the bytes are no UTF-8.
-[[nodiscard]] std::optional<Text> decoded(const std::string& bytes);
-[[nodiscard]] std::string encoded(const Text& text);
+using testSupport::decoded;
+using testSupport::encoded;
 
 [[nodiscard]] bool isBlank(char32_t c);  // White space that breaks no line.
 [[nodiscard]] bool isLineBreak(char32_t c);
