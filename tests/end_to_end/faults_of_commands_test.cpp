@@ -25,7 +25,7 @@ class CommandFault : public Surroundings {
   protected:
     std::vector<std::string> valuesIn(const AccessibleProgram& window) {
         std::vector<std::string> values;
-        const std::vector<Element> labels = window.all("label");
+        const std::vector<Element> labels = window.labels();
         for (std::size_t at = 0; at + 1 < labels.size(); ++at) {
             for (const char* label : {"OS:", "Processor:", "Graphics Card:", "RAM:", "Storage:"}) {
                 if (labels[at].name() == label) values.push_back(labels[at + 1].name());

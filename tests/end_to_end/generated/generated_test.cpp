@@ -139,7 +139,7 @@ class GeneratedCases : public Surroundings, public testing::WithParamInterface<i
   private:
     static std::vector<std::string> valuesIn(const AccessibleProgram& window) {
         std::vector<std::string> values;
-        const std::vector<Element> labels = window.all("label");
+        const std::vector<Element> labels = window.labels();
         static const std::vector<std::string> names = {"OS:", "Processor:", "Graphics Card:", "RAM:", "Storage:"};
         for (std::size_t at = 0; at + 1 < labels.size() && values.size() < names.size(); ++at) {
             if (labels[at].name() == names[values.size()]) values.push_back(labels[++at].name());

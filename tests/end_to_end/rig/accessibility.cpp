@@ -52,6 +52,8 @@ std::shared_ptr<AtspiAccessible> desktop() {
     return root;
 }
 
+bool is(AtspiAccessible* accessible, AtspiRole role) { return atspi_accessible_get_role(accessible, nullptr) == role; }
+
 bool has(AtspiAccessible* accessible, AtspiStateType state) {
     const std::shared_ptr<AtspiStateSet> states = owned(atspi_accessible_get_state_set(accessible));
     return states && atspi_state_set_contains(states.get(), state) != FALSE;
@@ -87,6 +89,12 @@ void handleEvents() {
 }
 
 }  // namespace
+
+bool Element::isButton() const { return is(accessible_.get(), ATSPI_ROLE_PUSH_BUTTON); }
+
+bool Element::isLabel() const { return is(accessible_.get(), ATSPI_ROLE_LABEL); }
+
+bool Element::isField() const { return is(accessible_.get(), ATSPI_ROLE_TEXT); }
 
 std::string Element::role() const { return taken(atspi_accessible_get_role_name(accessible_.get(), nullptr)); }
 
@@ -142,22 +150,26 @@ std::string Element::tree() const {
     return lines;
 }
 
-std::optional<Element> AccessibleProgram::find(std::string_view role, std::string_view name) const {
-    return first([&](const Element& element) { return element.role() == role && element.name() == name; });
+std::optional<Element> AccessibleProgram::button(std::string_view name) const {
+    return first([&](const Element& element) { return element.isButton() && element.name() == name; });
+}
+
+std::optional<Element> AccessibleProgram::label(std::string_view name) const {
+    return first([&](const Element& element) { return element.isLabel() && element.name() == name; });
 }
 
 std::optional<Element> AccessibleProgram::field() const {
-    return first([](const Element& element) { return element.role() == "text"; });
+    return first([](const Element& element) { return element.isField(); });
 }
 
 std::optional<Element> AccessibleProgram::focused() const {
     return first([](const Element& element) { return element.focused(); });
 }
 
-std::vector<Element> AccessibleProgram::all(std::string_view role) const {
+std::vector<Element> AccessibleProgram::labels() const {
     std::vector<Element> found;
     first([&](const Element& element) {
-        if (element.role() == role && element.showing()) found.push_back(element);
+        if (element.isLabel() && element.showing()) found.push_back(element);
         return false;
     });
     return found;

@@ -23,7 +23,10 @@ class Element {
   public:
     explicit Element(std::shared_ptr<_AtspiAccessible> accessible) : accessible_(std::move(accessible)) {}
 
-    std::string role() const;  // as in "push button", "label", "text", "frame"
+    bool isButton() const;
+    bool isLabel() const;
+    bool isField() const;
+    std::string role() const;  // for messages: the library's word, another one in other versions
     std::string name() const;
     std::string text() const;  // of a field, UTF-8; empty for what has no text to edit or select
     bool enabled() const;
@@ -50,13 +53,12 @@ class AccessibleProgram {
     explicit AccessibleProgram(pid_t pid) : pid_(pid) {}
 
     // The first in the order of the tree, absent while there is none such.
-    std::optional<Element> find(std::string_view role, std::string_view name) const;
-    std::optional<Element> button(std::string_view name) const { return find("push button", name); }
-    std::optional<Element> label(std::string_view name) const { return find("label", name); }
+    std::optional<Element> button(std::string_view name) const;
+    std::optional<Element> label(std::string_view name) const;
     std::optional<Element> field() const;    // the first text field, whatever its name
     std::optional<Element> focused() const;  // what the keyboard goes to
 
-    std::vector<Element> all(std::string_view role) const;
+    std::vector<Element> labels() const;  // all of them, in the order of the tree
 
     // For messages of failed tests.
     std::string tree() const;

@@ -95,6 +95,29 @@ bool waitForOwner(DBusConnection* connection, const std::string& name) {
     return true;
 }
 
+// Programs offer their elements when the accessibility bus says that somebody wants them.
+bool wantElements(DBusConnection* connection) {
+    struct Unref {
+        void operator()(DBusMessage* message) const { dbus_message_unref(message); }
+    };
+    using Message = std::unique_ptr<DBusMessage, Unref>;
+    const Message order(
+        dbus_message_new_method_call("org.a11y.Bus", "/org/a11y/bus", DBUS_INTERFACE_PROPERTIES, "Set"));
+    const char* const interface = "org.a11y.Status";
+    const char* const property = "IsEnabled";
+    const dbus_bool_t yes = TRUE;
+    DBusMessageIter arguments;
+    DBusMessageIter value;
+    dbus_message_iter_init_append(order.get(), &arguments);
+    dbus_message_iter_append_basic(&arguments, DBUS_TYPE_STRING, &interface);
+    dbus_message_iter_append_basic(&arguments, DBUS_TYPE_STRING, &property);
+    dbus_message_iter_open_container(&arguments, DBUS_TYPE_VARIANT, DBUS_TYPE_BOOLEAN_AS_STRING, &value);
+    dbus_message_iter_append_basic(&value, DBUS_TYPE_BOOLEAN, &yes);
+    dbus_message_iter_close_container(&arguments, &value);
+    const auto limit = static_cast<int>(std::chrono::milliseconds(patience).count());
+    return Message(dbus_connection_send_with_reply_and_block(connection, order.get(), limit, nullptr)) != nullptr;
+}
+
 }  // namespace
 
 DesktopSession::DesktopSession() {
@@ -175,13 +198,13 @@ std::optional<std::string> DesktopSession::startSessionBus() {
 }
 
 std::optional<std::string> DesktopSession::startAccessibilityBus() {
-    // Programs offer their elements when the bus says that somebody wants them, and the switch makes it say so.
-    Failure failure = accessibilityBus_.start(
-        service("/usr/libexec/at-spi-bus-launcher", {"--launch-immediately", "--a11y=1", "--screen-reader=0"}));
+    // Newer launchers refuse --a11y=1, so what it did is asked for by message.
+    Failure failure = accessibilityBus_.start(service("/usr/libexec/at-spi-bus-launcher", {"--launch-immediately"}));
     if (failure) return failure;
     const Connection connection = connectTo(busAddress_);
     if (!connection) return "no connection to " + busAddress_;
     if (!waitForOwner(connection.get(), "org.a11y.Bus")) return "the accessibility bus does not get ready";
+    if (!wantElements(connection.get())) return "the accessibility bus cannot be switched on";
     return std::nullopt;
 }
 
