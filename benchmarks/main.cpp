@@ -9,7 +9,6 @@
 
 #include "benchmarks/figure.h"
 #include "benchmarks/whole_process.h"
-#include "tests/end_to_end/rig/namespaces.h"
 
 namespace {
 
@@ -54,10 +53,6 @@ int main(int argc, char** argv) {
     if (argc < 3) return 2;
     const auto services = samplesIn(argv[1], false);
     const auto window = samplesIn(argv[2], true);
-    if (const auto failure = end_to_end::enterOwnNamespaces(end_to_end::Network::own)) {
-        std::fprintf(stderr, "The benchmark needs namespaces of its own, and %s.\n", failure->c_str());
-        return 2;
-    }
 
     constexpr double milliseconds = 1e-6;
     std::vector<Figure> figures = {

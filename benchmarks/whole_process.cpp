@@ -165,7 +165,7 @@ class Bench {
             machine.script("/usr/sbin/sysctl", "true");
             machine.hold("/usr/sbin/sysctl");
             Program::Setting setting = settingOf(PROGRAM_PATH);
-            setting.mounts = machine.mounts();
+            setting.environment.merge(machine.environment());
             Program program(setting);
             const ProgramWindow window = windowReadyForKeys(program);
             Keyboard keyboard(session_.display());

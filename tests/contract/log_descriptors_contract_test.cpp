@@ -4,6 +4,7 @@
 #include <map>
 #include <sstream>
 
+#include "tests/support/own_mounts.h"
 #include "tests/support/shell.h"
 
 namespace {
@@ -11,6 +12,8 @@ namespace {
 using testSupport::quoted;
 using testSupport::shell;
 using testSupport::ShellResult;
+using testSupport::shellWithOwnMounts;
+using testSupport::whyNoOwnMounts;
 
 std::string textOf(const std::filesystem::path& file) {
     std::ostringstream text;
@@ -44,15 +47,15 @@ TEST(LogDescriptors, AChildOfTheProcessHasNoneOfTheLog) {
 }
 
 TEST(LogDescriptors, ALineThatFoundNoRoomDoesNotTurnUpLater) {
+    if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     const testSupport::TemporaryFolder folder;
     // A disk of four pages, all of them taken until the child removes the file that takes them.
-    const ShellResult result =
-        shell("cd " + quoted(folder.path()) + " && unshare --mount --map-root-user sh -c " + quoted(R"sh(
+    const ShellResult result = shellWithOwnMounts("cd " + quoted(folder.path()) + R"sh(
                                      set -e
                                      mount -t tmpfs -o size=16k none .
                                      cd "$PWD"
                                      head -c 100000 /dev/zero >ballast 2>/dev/null || true
-                                     )sh" CHILD_PATH " until-there-is-room ballast >log; cat log"));
+                                     )sh" CHILD_PATH " until-there-is-room ballast >log; cat log");
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output, "kept\n");
 }

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/support/own_mounts.h"
 #include "tests/support/shell.h"
 
 namespace {
@@ -11,6 +12,8 @@ namespace {
 using testSupport::quoted;
 using testSupport::shell;
 using testSupport::ShellResult;
+using testSupport::shellWithOwnMounts;
+using testSupport::whyNoOwnMounts;
 
 class UserDefaultsOnDisk : public testing::Test {
   protected:
@@ -27,8 +30,7 @@ class UserDefaultsOnDisk : public testing::Test {
 
     // With mounts of its own. In the script, "$child" is the child's path.
     [[nodiscard]] static std::string runApart(const std::string& script) {
-        const ShellResult result =
-            shell("unshare --mount --map-root-user sh -c " + quoted("set -e; child=" CHILD_PATH "\n" + script));
+        const ShellResult result = shellWithOwnMounts("set -e; child=" CHILD_PATH "\n" + script);
         EXPECT_EQ(result.status, 0) << script;
         return result.output;
     }
@@ -134,6 +136,7 @@ if { echo x >room; } 2>/dev/null; then exit 9; fi
 )sh";
 
 TEST_F(UserDefaultsOnDisk, AFullDiskKeepsValuesForTheLifeOfTheProcessAndWhatItHas) {
+    if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     EXPECT_EQ(runApart(std::string(fullDisk) + R"sh(
                        $child absent key late absent other first absent other second set key new get key
                        $child get key get other)sh"),
@@ -141,6 +144,7 @@ TEST_F(UserDefaultsOnDisk, AFullDiskKeepsValuesForTheLifeOfTheProcessAndWhatItHa
 }
 
 TEST_F(UserDefaultsOnDisk, AFullDiskStoresAgainOnceThereIsRoom) {
+    if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     // Opened for both directions, the gate needs nobody at its other end yet.
     EXPECT_EQ(runApart(std::string(fullDisk) + R"sh(
                        $child set key new get key pause set other text <>gate | {
@@ -155,6 +159,7 @@ TEST_F(UserDefaultsOnDisk, AFullDiskStoresAgainOnceThereIsRoom) {
 }
 
 TEST_F(UserDefaultsOnDisk, AReadOnlyDiskKeepsValuesForTheLifeOfTheProcessAndWhatItHas) {
+    if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     EXPECT_EQ(runApart(R"sh(
                        $child set key old
                        mount --bind "$HOME" "$HOME"
@@ -166,6 +171,7 @@ TEST_F(UserDefaultsOnDisk, AReadOnlyDiskKeepsValuesForTheLifeOfTheProcessAndWhat
 
 // The root of the system is where a program without a home would look; here it cannot be written.
 TEST_F(UserDefaultsOnDisk, WithoutAHomeValuesAreKeptForTheLifeOfTheProcess) {
+    if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     for (const char* environment : {"env -u HOME", "env HOME= XDG_CONFIG_HOME=", "env HOME=/nonexistent"}) {
         EXPECT_EQ(runApart(std::string("mount -o remount,bind,ro /\n") + environment +
                            " $child get key absent key first absent key second set key new get key"),

@@ -38,7 +38,7 @@ class CommandFault : public Surroundings {
 class CommandFaultTable : public CommandFault, public testing::WithParamInterface<Fault> {};
 
 TEST_P(CommandFaultTable, ShowsTheseValues) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     for (const auto& [command, script] : GetParam().scripts) machine_.script(command, script);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 TEST_F(CommandFault, AGrandchildThatKeepsThePipeKeepsTheDetectionGoing) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     const std::string gate = home_.path() / "gate";
     ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
     machine_.script(df, "(read -r ticket <'" + gate + R"(') & printf 'Filesystem Size\n/dev/d 250G\n')");
@@ -102,7 +102,7 @@ TEST_F(CommandFault, AGrandchildThatKeepsThePipeKeepsTheDetectionGoing) {
 }
 
 TEST_F(CommandFault, AnOutputOfThePipesSizeIsTakenWhole) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     machine_.script(sysctl, R"(head -c 65535 /dev/zero | tr '\0' x; echo)");
     Program program(setting());
     const AccessibleProgram window(program.pid());
@@ -111,7 +111,7 @@ TEST_F(CommandFault, AnOutputOfThePipesSizeIsTakenWhole) {
 }
 
 TEST_F(CommandFault, AnOutputThatThePipeCannotHoldHoldsTheDetectionUpAndNothingElse) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     machine_.script(sysctl, R"(head -c 65537 /dev/zero | tr '\0' x)");
     Program program(setting());
     const AccessibleProgram window(program.pid());
@@ -137,7 +137,7 @@ void takeFreeDescriptorsFrom(const Program& program) {
 const std::vector<std::string> fallbacks = {"macOS", "Unknown", "Unknown 4GB", "8 GB DDR4", "512 GB SSD"};
 
 TEST_F(CommandFault, WithoutAFreeProcessSlotTheFixedValuesStandAndNoPageOpens) {
-    const ScriptedServer server(website({testSupport::Send{testSupport::answerBytes(200, stored)}}), websitePort);
+    const ScriptedServer server(website({testSupport::Send{testSupport::answerBytes(200, stored)}}), websitePort());
     Program::Setting crowded = setting();
     crowded.noProcessSlots = true;
     Program program(crowded);
@@ -157,7 +157,7 @@ TEST_F(CommandFault, WithoutAFreeDescriptorTheFixedValuesStandAndNothingIsSent) 
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizers look at memory through pipes, and take it for broken when they get none";
 #endif
-    const ScriptedServer server(website({}), websitePort);
+    const ScriptedServer server(website({}), websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());

@@ -167,7 +167,7 @@ void ConnectionFault::expectOutcomeOf(const Fault& fault) {
             if (request.target() == "/api/track-usage/") return {Send{answerBytes(200, "noted")}};
             return fault.submission(request);
         },
-        websitePort);
+        websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());

@@ -11,13 +11,13 @@ using testSupport::ScriptedServer;
 using testSupport::Send;
 
 constexpr ExitStatus success{ExitStatus::Kind::status, 0};
-const std::string page = base() + "/results?hardware_id=42";
+std::string page() { return base() + "/results?hardware_id=42"; }
 
 class DesktopFault : public Surroundings {
   protected:
     // Does the main job; the log's lines after the answer's body.
     std::vector<std::string> linesAfterTheAnswer() {
-        const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
+        const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
         Program program(setting());
         EXPECT_EQ(program.failure(), std::nullopt);
         const AccessibleProgram window(program.pid());
@@ -33,7 +33,7 @@ class DesktopFault : public Surroundings {
 
     // The keyboard's way, where there is nobody to ask for elements.
     void expectDetectionByKeyboard(const Program::Setting& setting) {
-        const ScriptedServer server(website({}), websitePort);
+        const ScriptedServer server(website({}), websitePort());
         Program program(setting);
         ASSERT_EQ(program.failure(), std::nullopt);
         const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
@@ -51,17 +51,17 @@ class DesktopFault : public Surroundings {
 
 TEST_F(DesktopFault, AnOpenerThatHangsCountsAsABrowser) {
     opener_.hang();
-    EXPECT_EQ(linesAfterTheAnswer(), (std::vector<std::string>{"✅ Opened URL: " + page, "📋 Hardware ID: 42"}));
+    EXPECT_EQ(linesAfterTheAnswer(), (std::vector<std::string>{"✅ Opened URL: " + page(), "📋 Hardware ID: 42"}));
 }
 
 TEST_F(DesktopFault, AnOpenerThatFailsIsTold) {
     opener_.exitWith(4);
-    EXPECT_EQ(linesAfterTheAnswer(), std::vector<std::string>{"❌ Failed to open URL: " + page});
+    EXPECT_EQ(linesAfterTheAnswer(), std::vector<std::string>{"❌ Failed to open URL: " + page()});
 }
 
 TEST_F(DesktopFault, AMissingOpenerIsTold) {
     opener_.makeMissing();
-    EXPECT_EQ(linesAfterTheAnswer(), std::vector<std::string>{"❌ Failed to open URL: " + page});
+    EXPECT_EQ(linesAfterTheAnswer(), std::vector<std::string>{"❌ Failed to open URL: " + page()});
 }
 
 TEST_F(DesktopFault, WithoutAnAccessibilityBusTheKeyboardStillWorks) {
@@ -88,7 +88,7 @@ TEST_F(DesktopFault, WithoutADisplayTheProgramSaysSoAndEnds) {
 }
 
 TEST_F(DesktopFault, ADisplayThatGoesAwayEndsTheProgramAndKeepsTheId) {
-    const ScriptedServer server(website({}), websitePort);
+    const ScriptedServer server(website({}), websitePort());
     Program program(setting());
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
     session().endDisplay();

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <memory>
 
+#include "tests/end_to_end/rig/namespaces.h"
 #include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
@@ -26,7 +27,6 @@ using testSupport::Send;
 
 using Lines = std::vector<std::string>;
 
-constexpr int tlsPort = 47114;
 constexpr std::chrono::minutes idleLimit{2};
 
 // While it lives, the test's network has an interface that seems to lead somewhere.
@@ -55,7 +55,7 @@ class NetworkFault : public Surroundings {
   protected:
     // The log from the press of "Send to Website" on, without the line that names the endpoint.
     Lines linesOfASubmissionTo(const std::string& address, const Program::Setting& setting) {
-        const ScriptedServer server(website({}), websitePort);
+        const ScriptedServer server(website({}), websitePort());
         Program program(setting);
         EXPECT_EQ(program.failure(), std::nullopt);
         const AccessibleProgram window(program.pid());
@@ -80,8 +80,8 @@ class NetworkFault : public Surroundings {
     }
 };
 
-// The test's network has nothing but loopback.
 TEST_F(NetworkFault, AMachineWithoutANetworkIsToldThatItIsOffline) {
+    if (const auto& refusal = whyNoOwnNamespaces()) GTEST_SKIP() << *refusal;
     EXPECT_EQ(linesOfASubmissionTo("http://website.example", setting()),
               networkError("The Internet connection appears to be offline."));
 }
@@ -93,7 +93,8 @@ TEST_F(NetworkFault, APortWhereNobodyListensIsTold) {
 
 // There is a network, but no name server that knows the name.
 TEST_F(NetworkFault, AHostThatIsNotFoundIsTold) {
-    if (access("/dev/net/tun", R_OK | W_OK) != 0) GTEST_SKIP() << "this machine makes no network interfaces";
+    if (const auto& refusal = whyNoOwnNamespaces()) GTEST_SKIP() << *refusal;
+    if (access("/dev/net/tun", R_OK | W_OK) != 0) GTEST_SKIP() << "needs to read and write /dev/net/tun";
     const SecondInterface network;
     EXPECT_EQ(linesOfASubmissionTo("http://website.example", setting()),
               networkError("A server with the specified hostname could not be found."));
@@ -128,11 +129,6 @@ TEST_F(NetworkFault, ProxiesThatTheEnvironmentNamesAreNotUsed) {
 // A server at "https://localhost" with a certificate made for the test. It never answers a POST.
 class TlsFault : public NetworkFault {
   protected:
-    void TearDown() override {
-        if (server_) server_->end();
-        umount("/etc/ssl/certs/ca-certificates.crt");
-    }
-
     void makeCertificate(const std::string& host, const std::string& lastDay) {
         std::ofstream(home_.path() / "ca.conf")
             << "[ca]\ndefault_ca = own\n[own]\ndatabase = index\nserial = serial\nnew_certs_dir = .\n"
@@ -150,33 +146,20 @@ class TlsFault : public NetworkFault {
         ASSERT_EQ(std::system(("{ " + commands + "; } >/dev/null 2>&1").c_str()), 0);
     }
 
-    // The machine vouches for nobody but the test's own certificate.
-    void trust() {
-        ASSERT_EQ(mount((home_.path() / "certificate").c_str(), "/etc/ssl/certs/ca-certificates.crt", nullptr, MS_BIND,
-                        nullptr),
-                  0);
-    }
-
     void serve(const std::vector<std::string>& options = {}) {
-        server_ = std::make_unique<ChildProcess>();
-        Launch launch;
-        launch.path = "/usr/bin/openssl";
-        launch.arguments = {"s_server",           "-accept", std::to_string(tlsPort),     "-www", "-key",
-                            home_.path() / "key", "-cert",   home_.path() / "certificate"};
-        launch.arguments.insert(launch.arguments.end(), options.begin(), options.end());
-        launch.environment = {{"PATH", "/usr/bin"}, {"OPENSSL_CONF", "/dev/null"}};
-        ASSERT_EQ(server_->start(launch), std::nullopt);
-        ASSERT_TRUE(waitFor([] {
-            const Descriptor client(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-            sockaddr_in address{};
-            address.sin_family = AF_INET;
-            address.sin_port = htons(tlsPort);
-            address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-            return connect(client.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-        }));
+        Program::Setting openssl{.path = "/usr/bin/openssl",
+                                 .environment = {{"PATH", "/usr/bin"}, {"OPENSSL_CONF", "/dev/null"}},
+                                 .arguments = {"s_server", "-accept", "localhost:0", "-www", "-key",
+                                               home_.path() / "key", "-cert", home_.path() / "certificate"}};
+        openssl.arguments.insert(openssl.arguments.end(), options.begin(), options.end());
+        server_ = std::make_unique<Program>(openssl);
+        ASSERT_EQ(server_->failure(), std::nullopt);
+        const auto ready = server_->waitForLine([](std::string_view line) { return line.starts_with("ACCEPT "); });
+        ASSERT_TRUE(ready) << server_->bytes(Stream::error);
+        port_ = ready->substr(ready->rfind(':') + 1);
     }
 
-    static std::string address() { return "https://localhost:" + std::to_string(tlsPort); }
+    [[nodiscard]] std::string address() const { return "https://localhost:" + port_; }
 
     void expectUntrusted() {
         const Lines log = linesOfASubmissionTo(address(), setting());
@@ -185,12 +168,35 @@ class TlsFault : public NetworkFault {
             << log.front();
     }
 
-    std::unique_ptr<ChildProcess> server_;
+    std::unique_ptr<Program> server_;
+    std::string port_;
+};
+
+// The machine vouches for nobody but the test's own certificate.
+class TrustedTlsFault : public TlsFault {
+  protected:
+    void SetUp() override {
+        if (const auto& refusal = whyNoOwnNamespaces()) GTEST_SKIP() << *refusal;
+        TlsFault::SetUp();
+    }
+
+    void TearDown() override {
+        if (isMounted_) umount(certificates);
+    }
+
+    void trust() {
+        isMounted_ = mount((home_.path() / "certificate").c_str(), certificates, nullptr, MS_BIND, nullptr) == 0;
+        ASSERT_TRUE(isMounted_);
+    }
+
+  private:
+    static constexpr const char* certificates = "/etc/ssl/certs/ca-certificates.crt";
+    bool isMounted_ = false;
 };
 
 constexpr const char* inTheFuture = "20991231000000Z";
 
-TEST_F(TlsFault, ACertificateThatIsVouchedForIsAcceptedAndTheAnswerWaitedFor) {
+TEST_F(TrustedTlsFault, ACertificateThatIsVouchedForIsAcceptedAndTheAnswerWaitedFor) {
     makeCertificate("localhost", inTheFuture);
     trust();
     serve();
@@ -203,21 +209,21 @@ TEST_F(TlsFault, ACertificateThatNobodyVouchesForIsRefused) {
     expectUntrusted();
 }
 
-TEST_F(TlsFault, ACertificateForAnotherHostIsRefused) {
+TEST_F(TrustedTlsFault, ACertificateForAnotherHostIsRefused) {
     makeCertificate("elsewhere.example", inTheFuture);
     trust();
     serve();
     expectUntrusted();
 }
 
-TEST_F(TlsFault, ACertificateThatHasRunOutIsRefused) {
+TEST_F(TrustedTlsFault, ACertificateThatHasRunOutIsRefused) {
     makeCertificate("localhost", "20200201000000Z");
     trust();
     serve();
     expectUntrusted();
 }
 
-TEST_F(TlsFault, AnOldProtocolIsRefused) {
+TEST_F(TrustedTlsFault, AnOldProtocolIsRefused) {
     makeCertificate("localhost", inTheFuture);
     trust();
     serve({"-tls1_1", "-cipher", "ALL:@SECLEVEL=0"});

@@ -1,5 +1,4 @@
-// What becomes of the device id when the settings cannot be read or written. No machine id is there to make it of, so
-// that a lost id would be a new one.
+// What becomes of the device id when the settings cannot be read or written.
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mount.h>
@@ -7,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/end_to_end/rig/namespaces.h"
 #include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
@@ -16,14 +16,9 @@ using testSupport::ScriptedServer;
 
 class StoreFault : public Surroundings {
   protected:
-    void SetUp() override {
-        Surroundings::SetUp();
-        machine_.makeMissing("/etc/machine-id");
-    }
-
     // The id that a start of the program reports, both times the same one; "" when it does not come to that.
     std::string idOfAStart() {
-        const ScriptedServer server(website({}), websitePort);
+        const ScriptedServer server(website({}), websitePort());
         Program program(setting());
         EXPECT_EQ(program.failure(), std::nullopt);
         if (!program.waitForLine("✅ Usage tracked successfully")) return "";
@@ -34,63 +29,81 @@ class StoreFault : public Surroundings {
         return id;
     }
 
-    // The home's own file system, gone with the test's namespace.
-    void mountHome(const char* options) { ASSERT_EQ(mount("tmpfs", home_.path().c_str(), "tmpfs", 0, options), 0); }
+    // An id that this machine would not make again if it were lost.
+    std::string storeAnId() const {
+        std::filesystem::create_directories(folder());
+        const std::string id = "11111111-2222-4333-8444-555555555555";
+        std::ofstream(file()) << "[General]\ncom.velmora.device_id=" << id << "\n";
+        return id;
+    }
+
+    [[nodiscard]] std::filesystem::path folder() const { return home_.path() / ".config/velmora"; }
+    [[nodiscard]] std::filesystem::path file() const { return folder() / "hardware-detector.conf"; }
+};
+
+// The home is a small disk of its own.
+class DiskFault : public StoreFault {
+  protected:
+    void SetUp() override {
+        if (const auto& refusal = whyNoOwnNamespaces()) GTEST_SKIP() << *refusal;
+        StoreFault::SetUp();
+        mountHome(0);
+    }
+
+    void TearDown() override { umount(home_.path().c_str()); }
+
+    void mountHome(unsigned long flags) {
+        ASSERT_EQ(mount("tmpfs", home_.path().c_str(), "tmpfs", flags, "size=64k"), 0);
+    }
 
     void fillHome() {
         std::ofstream filler(home_.path() / "filler");
         while (filler << std::string(512, 'x') << std::flush) {
         }
     }
-
-    [[nodiscard]] std::filesystem::path folder() const { return home_.path() / ".config/velmora"; }
 };
 
-TEST_F(StoreFault, AFullDiskLeavesAnIdForTheRun) {
-    mountHome("size=64k");
+TEST_F(DiskFault, AFullDiskLeavesAnIdForTheRun) {
     std::filesystem::create_directories(folder());
     fillHome();
     EXPECT_EQ(idOfAStart().size(), 36U);
 }
 
-TEST_F(StoreFault, ADiskThatFillsUpLaterKeepsTheId) {
-    mountHome("size=64k");
-    const std::string id = idOfAStart();
+TEST_F(DiskFault, ADiskThatFillsUpLaterKeepsTheId) {
+    const std::string id = storeAnId();
     fillHome();
     EXPECT_EQ(idOfAStart(), id);
     EXPECT_EQ(valueIn(settingsFile(), "com.velmora.device_id"), id);
 }
 
-TEST_F(StoreFault, AReadOnlyHomeKeepsTheId) {
-    mountHome("size=64k");
-    const std::string id = idOfAStart();
-    ASSERT_EQ(mount("tmpfs", home_.path().c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
+TEST_F(DiskFault, AReadOnlyHomeKeepsTheId) {
+    const std::string id = storeAnId();
+    mountHome(MS_REMOUNT | MS_RDONLY);
     EXPECT_EQ(idOfAStart(), id);
     EXPECT_EQ(valueIn(settingsFile(), "com.velmora.device_id"), id);
 }
 
-TEST_F(StoreFault, AReadOnlyEmptyHomeLeavesAnIdForTheRun) {
-    mountHome("size=64k,ro");
+TEST_F(DiskFault, AReadOnlyEmptyHomeLeavesAnIdForTheRun) {
+    mountHome(MS_REMOUNT | MS_RDONLY);
     EXPECT_EQ(idOfAStart().size(), 36U);
 }
 
 TEST_F(StoreFault, AFolderInTheFilesPlaceLeavesAnIdForTheRun) {
-    std::filesystem::create_directories(folder() / "hardware-detector.conf");
+    std::filesystem::create_directories(file());
     EXPECT_EQ(idOfAStart().size(), 36U);
 }
 
 TEST_F(StoreFault, WhatAnotherProgramPutIntoTheFileStays) {
-    const std::string id = idOfAStart();
-    std::ofstream(folder() / "hardware-detector.conf", std::ios::app) << "other=kept\n";
+    const std::string id = storeAnId();
+    std::ofstream(file(), std::ios::app) << "other=kept\n";
     EXPECT_EQ(idOfAStart(), id);
     EXPECT_EQ(valueIn(settingsFile(), "other"), "kept");
 }
 
 // It puts a new file in the place of the old one between the program's own two writes.
 TEST_F(StoreFault, WhatAnotherProgramWritesMeanwhileStays) {
-    const std::filesystem::path file = folder() / "hardware-detector.conf";
     const ScriptedServer server(
-        [&file](const testSupport::RecordedRequest& request) -> testSupport::Script {
+        [file = file()](const testSupport::RecordedRequest& request) -> testSupport::Script {
             if (request.target() == "/api/track-install/") {
                 const std::filesystem::path other = file.string() + ".other";
                 std::filesystem::copy_file(file, other);
@@ -99,7 +112,7 @@ TEST_F(StoreFault, WhatAnotherProgramWritesMeanwhileStays) {
             }
             return {testSupport::Send{testSupport::answerBytes(200, "{}")}};
         },
-        websitePort);
+        websitePort());
     Program program(setting());
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
     EXPECT_EQ(valueIn(settingsFile(), "other"), "kept");
@@ -110,27 +123,27 @@ TEST_F(StoreFault, WhatAnotherProgramWritesMeanwhileStays) {
 
 TEST_F(StoreFault, AnEmptyFileGetsANewIdThatStays) {
     std::filesystem::create_directories(folder());
-    std::ofstream(folder() / "hardware-detector.conf") << "";
+    std::ofstream(file()) << "";
     const std::string id = idOfAStart();
     EXPECT_EQ(id.size(), 36U);
     EXPECT_EQ(idOfAStart(), id);
 }
 
 TEST_F(StoreFault, ALockThatNobodyGivesBackIsWaitedForInVain) {
-    const std::string id = idOfAStart();
+    const std::string id = storeAnId();
     const Descriptor lock(open(folder().c_str(), O_RDONLY | O_CLOEXEC));
     ASSERT_EQ(flock(lock.number(), LOCK_EX), 0);
     EXPECT_EQ(idOfAStart(), id);
 }
 
 TEST_F(StoreFault, ALockOfAKilledProgramIsNoLock) {
-    const std::string id = idOfAStart();
-    std::ofstream(folder() / "hardware-detector.conf.lock") << "999999\nhardware-detector\n\n\n";
+    const std::string id = storeAnId();
+    std::ofstream(file().string() + ".lock") << "999999\nhardware-detector\n\n\n";
     EXPECT_EQ(idOfAStart(), id);
 }
 
 TEST_F(StoreFault, WithoutAHomeThereIsAnIdForTheRun) {
-    const ScriptedServer server(website({}), websitePort);
+    const ScriptedServer server(website({}), websitePort());
     Program::Setting homeless = setting();
     homeless.environment["HOME"] = "/nowhere/at/all";
     Program program(homeless);

@@ -1,5 +1,6 @@
 // Does the main job with the program on a display of its own, as a person would, and leaves a picture of each state:
-//   guided-tour PROGRAM FOLDER
+//   guided-tour PROGRAM COMMANDS PICTURES
+// The commands are those of a Mac: a folder for startingCommandsIn().
 // The program's log goes to standard output. Exits with 0 when every step went well.
 #include <chrono>
 #include <cstdio>
@@ -11,13 +12,14 @@
 #include "tests/end_to_end/rig/program.h"
 #include "tests/end_to_end/rig/scratch_folder.h"
 #include "tests/end_to_end/rig/screenshot.h"
+#include "tests/end_to_end/rig/scripted_machine.h"
 #include "tests/end_to_end/rig/scripted_opener.h"
 
 namespace end_to_end {
 namespace {
 
 // A display without a browser: what would be opened stands in the log.
-int tour(const std::string& programPath, const std::string& folder) {
+int tour(const std::string& programPath, const std::string& commands, const std::string& folder) {
     const DesktopSession session;
     if (session.failure()) {
         std::fprintf(stderr, "The virtual display did not start: %s\n", session.failure()->c_str());
@@ -29,6 +31,7 @@ int tour(const std::string& programPath, const std::string& folder) {
     environment["HOME"] = home.path();
     environment["LC_ALL"] = "C.UTF-8";
     environment["PATH"] = opener.searchPath();
+    environment.merge(startingCommandsIn(commands));
     Program program({.path = programPath, .environment = environment});
     const AccessibleProgram window(program.pid());
 
@@ -69,9 +72,9 @@ int tour(const std::string& programPath, const std::string& folder) {
 }  // namespace end_to_end
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: guided-tour PROGRAM FOLDER\n");
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: guided-tour PROGRAM COMMANDS PICTURES\n");
         return 2;
     }
-    return end_to_end::tour(argv[1], argv[2]);
+    return end_to_end::tour(argv[1], argv[2], argv[3]);
 }

@@ -18,7 +18,7 @@ using testSupport::Send;
 using MainJob = Surroundings;
 
 TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -72,7 +72,7 @@ TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
 }
 
 TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -113,7 +113,7 @@ TEST_F(MainJob, AScreenReaderIsToldOfEachBanner) {
             if (request.target() == "/save-detected-hardware/") heard.wait();
             return {Send{answerBytes(500, "{}")}};
         },
-        websitePort);
+        websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -136,7 +136,7 @@ TEST_F(MainJob, AScreenReaderIsToldOfEachBanner) {
 
 TEST_F(MainJob, AFailureKeepsTheProgramRunningWithAnErrorBanner) {
     ScriptedServer server(website({Send{answerBytes(500, R"({"success": false, "error": "disk full"})")}}),
-                          websitePort);
+                          websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -154,7 +154,7 @@ TEST_F(MainJob, AFailureKeepsTheProgramRunningWithAnErrorBanner) {
 }
 
 TEST_F(MainJob, AConnectionThatDropsGetsTheRequestOnce) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -167,7 +167,7 @@ TEST_F(MainJob, AConnectionThatDropsGetsTheRequestOnce) {
 }
 
 TEST_F(MainJob, TheAddressTypedIsTheOneUsed) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -188,7 +188,7 @@ TEST_F(MainJob, TheAddressTypedIsTheOneUsed) {
 }
 
 TEST_F(MainJob, ClosingTheWindowEndsTheProgramAtOnceWhileACommandHangs) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     machine_.hold(sysctl);
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
@@ -205,7 +205,7 @@ TEST_F(MainJob, ClosingTheWindowEndsTheProgramAtOnceWhileACommandHangs) {
 }
 
 TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
-    ScriptedServer server(website({testSupport::HoldOpen{}}), websitePort);
+    ScriptedServer server(website({testSupport::HoldOpen{}}), websitePort());
     Program program(setting());
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
@@ -222,7 +222,7 @@ TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
 }
 
 TEST_F(MainJob, AMachineWithoutAnyOfTheCommandsShowsTheFixedValues) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     machine_.makeMissing(sysctl);
     machine_.makeNotExecutable(systemProfiler);
     machine_.makeMissing(df);
@@ -238,7 +238,7 @@ TEST_F(MainJob, AMachineWithoutAnyOfTheCommandsShowsTheFixedValues) {
 }
 
 TEST_F(MainJob, AnOpenerThatFailsIsToldAndStillASuccess) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     opener_.exitWith(3);
     Program program(setting());
     const AccessibleProgram window(program.pid());
@@ -251,7 +251,7 @@ TEST_F(MainJob, AnOpenerThatFailsIsToldAndStillASuccess) {
 }
 
 TEST_F(MainJob, ADesktopWithoutAnOpenerIsToldAndStillASuccess) {
-    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
+    ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     opener_.makeMissing();
     Program program(setting());
     const AccessibleProgram window(program.pid());
@@ -263,7 +263,7 @@ TEST_F(MainJob, ADesktopWithoutAnOpenerIsToldAndStillASuccess) {
 }
 
 TEST_F(MainJob, WhatCommandsComplainReachesNeitherTheRecordNorTheLog) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     machine_.script(sysctl, "echo complaint >&2; echo 17179869184; exit 1");
     Program program(setting());
     const AccessibleProgram window(program.pid());

@@ -17,7 +17,7 @@ class Reports : public Surroundings {
   protected:
     // What a program reports of its use to a user of that locale; empty when nothing came.
     std::string usageReportOf(const std::string& locale) {
-        const ScriptedServer server(website({}), websitePort);
+        const ScriptedServer server(website({}), websitePort());
         Program::Setting local = setting();
         local.environment["LC_ALL"] = locale;
         const Program program(local);
@@ -26,7 +26,7 @@ class Reports : public Surroundings {
 };
 
 TEST_F(Reports, TheDeviceIdAndTheDateOutliveTheProgram) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     for (int start = 0; start < 2; ++start) {
         Program program(setting());
         ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
@@ -53,8 +53,7 @@ TEST_F(Reports, TheDateFollowsAnEgyptianUsersDigits) {
 }
 
 TEST_F(Reports, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
-    ScriptedServer server(website({}), websitePort);
-    machine_.makeMissing("/etc/machine-id");  // So that each would draw an id of its own.
+    ScriptedServer server(website({}), websitePort());
     const Program::Setting both = setting();
     Program first(both);
     Program second(both);
@@ -66,8 +65,7 @@ TEST_F(Reports, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
 }
 
 TEST_F(Reports, ASettingsFolderThatCannotBeMadeLeavesOneIdForTheWholeRun) {
-    ScriptedServer server(website({}), websitePort);
-    machine_.makeMissing("/etc/machine-id");
+    ScriptedServer server(website({}), websitePort());
     std::ofstream(home_.path() / ".config") << "a file where the folder should be";
     Program program(setting());
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
@@ -79,7 +77,7 @@ TEST_F(Reports, ASettingsFolderThatCannotBeMadeLeavesOneIdForTheWholeRun) {
 }
 
 TEST_F(Reports, ACorruptSettingsFileIsNoReasonToStop) {
-    ScriptedServer server(website({}), websitePort);
+    ScriptedServer server(website({}), websitePort());
     std::filesystem::create_directories(home_.path() / ".config/velmora");
     std::ofstream(home_.path() / ".config/velmora/hardware-detector.conf") << "\x01\xFF[[[\nno equals sign\n=\n";
     Program program(setting());
@@ -99,7 +97,7 @@ TEST_F(Reports, AnInstallReportThatIsNeverAnsweredIsGivenUpAndTheUsageGoesOut) {
             if (request.target() == "/api/track-install/") return {testSupport::HoldOpen{}};
             return {Send{answerBytes(200, "noted")}};
         },
-        websitePort);
+        websitePort());
     Program program(setting());
 
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));

@@ -1,7 +1,12 @@
 #include "tests/end_to_end/surroundings.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 namespace end_to_end {
 
@@ -10,14 +15,42 @@ using testSupport::RecordedRequest;
 using testSupport::Script;
 using testSupport::Send;
 
-const int websitePort = WEBSITE_PORT;
+namespace {
+
+// False when another process has the port, if it does not wait for that one's end.
+bool takePort(int port, bool wait) {
+    const std::string name = "hardware-detector-test-port-" + std::to_string(port);
+    const std::string file = std::filesystem::temp_directory_path() / name;
+    int lock = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (lock < 0) lock = open(file.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0644);
+    if (lock < 0) throw std::runtime_error("cannot make " + file);
+    if (flock(lock, wait ? LOCK_EX : LOCK_EX | LOCK_NB) == 0) return true;  // Locked until this process ends.
+    close(lock);
+    return false;
+}
+
+int takeAnyPort() {
+    for (int port = FIRST_WEBSITE_PORT; port < FIRST_WEBSITE_PORT + WEBSITE_PORTS; ++port) {
+        if (takePort(port, false)) return port;
+    }
+    const int port = FIRST_WEBSITE_PORT + getpid() % WEBSITE_PORTS;
+    takePort(port, true);
+    return port;
+}
+
+}  // namespace
+
+int websitePort() {
+    static const int port = takeAnyPort();
+    return port;
+}
 
 DesktopSession& session() {
     static DesktopSession theSession;
     return theSession;
 }
 
-std::string base() { return "http://127.0.0.1:" + std::to_string(websitePort); }
+std::string base() { return "http://127.0.0.1:" + std::to_string(websitePort()); }
 
 testSupport::Responder website(Script submissionAnswer) {
     return [submissionAnswer = std::move(submissionAnswer)](const RecordedRequest& request) -> Script {
@@ -45,7 +78,9 @@ Program::Setting Surroundings::setting() {
     environment["HOME"] = home_.path();
     environment["LC_ALL"] = "C.UTF-8";
     environment["PATH"] = opener_.searchPath();
-    return {.path = PROGRAM_PATH, .environment = environment, .mounts = machine_.mounts()};
+    environment.merge(machine_.environment());
+    return {.path = PROGRAM_FOLDER "/hardware-detector-on-" + std::to_string(websitePort()),
+            .environment = environment};
 }
 
 std::string Surroundings::settingsFile() const {

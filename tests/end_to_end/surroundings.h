@@ -26,8 +26,8 @@ inline constexpr const char* stored = R"({"success": true, "hardware_id": 42, "r
 // The one desktop of this test program, made at the first call.
 [[nodiscard]] DesktopSession& session();
 
-// The program's built-in address, without a slash at its end, and its port.
-extern const int websitePort;
+// The program's built-in address, without a slash at its end, and its port: this test process's alone until it ends.
+[[nodiscard]] int websitePort();
 [[nodiscard]] std::string base();
 
 // Answers the reports by themselves and a submission by `submissionAnswer`.

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/end_to_end/rig/namespaces.h"
 #include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
@@ -36,7 +37,7 @@ class Trust : public Surroundings {
 };
 
 TEST_F(Trust, NeitherThePathNorTheWorkingFolderNorAVariablePutsAnotherProgramInTheCommandsPlace) {
-    const ScriptedServer server(website({}), websitePort);
+    const ScriptedServer server(website({}), websitePort());
     const std::filesystem::path impostors = makeImpostors();
     std::filesystem::current_path(impostors);
     Program::Setting misled = setting();
@@ -55,6 +56,7 @@ TEST_F(Trust, NeitherThePathNorTheWorkingFolderNorAVariablePutsAnotherProgramInT
 
 TEST_F(Trust, TheMachinesIdentifierStaysAtHome) {
     constexpr const char* file = "/etc/machine-id";
+    if (const auto& refusal = whyNoOwnNamespaces()) GTEST_SKIP() << *refusal;
     if (!std::filesystem::exists(file)) GTEST_SKIP() << "this machine has no " << file << " to put another one over";
     const std::string identifier = "0123456789abcdef0123456789abcdef";
     std::ofstream(home_.path() / "machine-id") << identifier << "\n";
@@ -62,7 +64,7 @@ TEST_F(Trust, TheMachinesIdentifierStaysAtHome) {
 
     std::string all;
     {
-        const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort);
+        const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
         Program program(setting());
         const AccessibleProgram window(program.pid());
         EXPECT_TRUE(press(window, "Detect Hardware"));
@@ -82,7 +84,7 @@ TEST_F(Trust, TheMachinesIdentifierStaysAtHome) {
 // The answer names a file; what the desktop is asked for is a page of the website.
 TEST_F(Trust, AWebsiteCannotHaveAFileOpened) {
     const ScriptedServer server(
-        website({Send{answerBytes(200, R"({"success": true, "redirect_url": "file:///etc/passwd"})")}}), websitePort);
+        website({Send{answerBytes(200, R"({"success": true, "redirect_url": "file:///etc/passwd"})")}}), websitePort());
     Program program(setting());
     const AccessibleProgram window(program.pid());
     ASSERT_TRUE(press(window, "Detect Hardware"));

@@ -9,7 +9,6 @@
 
 #include "tests/end_to_end/rig/accessibility.h"
 #include "tests/end_to_end/rig/desktop_session.h"
-#include "tests/end_to_end/rig/namespaces.h"
 #include "tests/end_to_end/rig/program.h"
 #include "tests/end_to_end/rig/scripted_opener.h"
 #include "tests/support/scripted_server.h"
@@ -167,10 +166,6 @@ class Soak {
 }  // namespace
 
 int main() {
-    if (const auto failure = end_to_end::enterOwnNamespaces(end_to_end::Network::own)) {
-        std::fprintf(stderr, "The soak needs namespaces of its own, and %s.\n", failure->c_str());
-        return 2;
-    }
     Soak soak;
     const bool first = soak.detectAndSend();
     const bool second = soak.appearAndHide();

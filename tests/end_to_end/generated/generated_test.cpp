@@ -155,7 +155,7 @@ class GeneratedCases : public Surroundings, public testing::WithParamInterface<i
                                const std::lock_guard lock(mutex_);
                                return {Send{answer_}};
                            },
-                           websitePort};
+                           websitePort()};
     std::unique_ptr<Program> program_;
 };
 

@@ -6,7 +6,6 @@
 #include <linux/seccomp.h>
 #include <poll.h>
 #include <sched.h>
-#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -54,7 +53,6 @@ class Beginning {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         resetSignals();
         placeDescriptors();
-        mountOverlays();
         if (launch_.noProcessSlots) takeProcessSlots();
         execve(launch_.path.c_str(), argumentPointers_.data(), environmentPointers_.data());
         giveUp("exec");
@@ -90,16 +88,6 @@ class Beginning {
         }
         for (std::size_t i = 0; i < moved_.size(); ++i) {
             if (dup2(moved_[i], launch_.descriptors[i].second) < 0) giveUp("descriptor");
-        }
-    }
-
-    void mountOverlays() const {
-        if (launch_.mounts.empty()) return;
-        if (unshare(CLONE_NEWNS) != 0) giveUp("unshare");
-        if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) giveUp("mount --make-rprivate /");
-        for (const OverlayMount& overlay : launch_.mounts) {
-            const char* const folder = overlay.folder.c_str();
-            if (mount("overlay", folder, "overlay", MS_RDONLY, overlay.options.c_str()) != 0) giveUp(folder);
         }
     }
 

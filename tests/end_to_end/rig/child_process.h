@@ -19,18 +19,11 @@ using testSupport::Descriptor;
 
 using Environment = std::map<std::string, std::string>;
 
-// A read-only overlay over `folder`, its layers as mount(8) takes them ("lowerdir=...").
-struct OverlayMount {
-    std::string folder;
-    std::string options;
-};
-
 struct Launch {
     std::string path;                              // absolute
     std::vector<std::string> arguments;            // without the name of the program
     Environment environment;                       // the whole of it
     std::vector<std::pair<int, int>> descriptors;  // ours, and the number it gets in the child
-    std::vector<OverlayMount> mounts;              // seen by the child and its children alone
     bool noProcessSlots = false;                   // the system refuses it every further process, but no thread
 };
 

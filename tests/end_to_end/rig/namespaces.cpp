@@ -4,15 +4,11 @@
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 
@@ -43,52 +39,13 @@ Failure keepIdentity(uid_t user, gid_t group) {
     return std::nullopt;
 }
 
-// Ends as `child` did, after reaping it and every orphan that ends before it.
-[[noreturn]] void endLike(pid_t child) {
-    int status = 0;
-    pid_t ended = 0;
-    do {
-        ended = wait(&status);
-    } while (ended != child && (ended > 0 || errno == EINTR));
-    if (WIFEXITED(status)) std::_Exit(WEXITSTATUS(status));
-    std::_Exit(128 + WTERMSIG(status));
-}
-
-// Two generations: the first process of a process namespace is one that signals do not end, so it only keeps house.
-Failure continueInProcessNamespace() {
-    const pid_t first = fork();
-    if (first < 0) return failed("fork");
-    if (first > 0) endLike(first);
-
-    prctl(PR_SET_PDEATHSIG, SIGKILL);  // The kernel ends everything in the namespace with its first process.
-    const pid_t second = fork();
-    if (second < 0) return failed("fork");
-    if (second > 0) endLike(second);
-    return std::nullopt;
-}
-
-// X servers find a free display number with the help of sockets in this folder and of the network namespace; with only
-// one of the two private, two servers would take the same number and the later one remove the earlier one's socket.
+// X servers find a free display number with the help of sockets in this folder and of the network; with only one of the
+// two private, two servers would take the same number and the later one remove the earlier one's socket.
 Failure hideSocketsOfOtherDisplays() {
     const char* const folder = "/tmp/.X11-unix";
     if (mkdir(folder, 0777) == 0) chmod(folder, 01777);
     if (mount("tmpfs", folder, "tmpfs", 0, "mode=1777") != 0) return failed(std::string("mount ") + folder);
     return std::nullopt;
-}
-
-// Each X server writes its keyboard down here for a moment, in a file named after its display alone.
-Failure hideKeyboardsOfOtherDisplays() {
-    const char* const folder = "/var/lib/xkb";
-    if (access(folder, F_OK) != 0) return std::nullopt;
-    if (mount("tmpfs", folder, "tmpfs", 0, "mode=0777") != 0) return failed(std::string("mount ") + folder);
-    return std::nullopt;
-}
-
-Failure makeMountsOwn() {
-    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return failed("mount --make-rprivate /");
-    if (mount("proc", "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, nullptr) != 0) return failed("mount /proc");
-    if (Failure failure = hideSocketsOfOtherDisplays()) return failure;
-    return hideKeyboardsOfOtherDisplays();
 }
 
 Failure raiseLoopback() {
@@ -101,22 +58,32 @@ Failure raiseLoopback() {
     return std::nullopt;
 }
 
-}  // namespace
-
-std::optional<std::string> enterOwnNamespaces(Network network) {
+Failure enter() {
     const uid_t user = geteuid();
     const gid_t group = getegid();
-    int wanted = CLONE_NEWNS | CLONE_NEWPID;
-    if (network == Network::own) wanted |= CLONE_NEWNET;
-    if (user != 0) wanted |= CLONE_NEWUSER;
-    if (unshare(wanted) != 0) return failed("unshare");
+    const int userNamespace = user == 0 ? 0 : CLONE_NEWUSER;
+    if (unshare(CLONE_NEWNS | CLONE_NEWNET | userNamespace) != 0) return failed("unshare");
 
     Failure failure;
     if (user != 0) failure = keepIdentity(user, group);
-    if (!failure) failure = continueInProcessNamespace();
-    if (!failure) failure = makeMountsOwn();
-    if (!failure && network == Network::own) failure = raiseLoopback();
+    // Mounts of ours must not appear outside.
+    if (!failure && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+        failure = failed("mount --make-rprivate /");
+    }
+    if (!failure) failure = hideSocketsOfOtherDisplays();
+    if (!failure) failure = raiseLoopback();
     return failure;
 }
+
+std::optional<std::string> refusal = "nobody has asked for them";
+
+}  // namespace
+
+void enterOwnNamespaces() {
+    refusal = enter();
+    if (refusal) *refusal = "needs mounts and a network of its own (CAP_SYS_ADMIN or user namespaces): " + *refusal;
+}
+
+const std::optional<std::string>& whyNoOwnNamespaces() { return refusal; }
 
 }  // namespace end_to_end

@@ -1,4 +1,4 @@
-// A test process in a world of its own.
+// A test process with mounts and a network of its own.
 #pragma once
 
 #include <optional>
@@ -6,15 +6,13 @@
 
 namespace end_to_end {
 
-enum class Network { own, shared };
-
-// Puts the process into mount, process and, on request, network namespaces of its own, so that tests can run in
-// parallel, use fixed loopback ports and leave no process behind, whichever way they end. In a network of its own only
-// the loopback interface exists, and it is up. Works for root; for another user it takes a user namespace as well.
+// Gives the process mounts of its own and a network with nothing but loopback. Root needs CAP_SYS_ADMIN for it, another
+// user the right to make user namespaces; a bare chroot, whose root folder is no mount point, won't do.
 //
-// Call it first in main, before any thread is started and anything is printed. It returns in a child of the calling
-// process, while that one waits and ends with the child's status. Returns what was not permitted, or nothing on
-// success.
-[[nodiscard]] std::optional<std::string> enterOwnNamespaces(Network network);
+// Call it first in main, before any thread is started. Where it is not permitted, the process stays as it was.
+void enterOwnNamespaces();
+
+// Why the process has none, for GTEST_SKIP(); nothing when it has them.
+[[nodiscard]] const std::optional<std::string>& whyNoOwnNamespaces();
 
 }  // namespace end_to_end

@@ -42,7 +42,7 @@ Descriptor openPipe(Descriptor& reader) {
 Program::Program(const Setting& setting) : stop_(eventfd(0, EFD_CLOEXEC)) {
     const Descriptor output = openPipe(output_.reader);
     const Descriptor error = openPipe(error_.reader);
-    Launch launch{setting.path, setting.arguments, setting.environment, {}, setting.mounts, setting.noProcessSlots};
+    Launch launch{setting.path, setting.arguments, setting.environment, {}, setting.noProcessSlots};
     launch.descriptors = {{output.number(), STDOUT_FILENO}, {error.number(), STDERR_FILENO}};
     failure_ = process_.start(launch);
     if (failure_) return;

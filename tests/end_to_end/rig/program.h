@@ -24,7 +24,6 @@ class Program {
     struct Setting {
         std::string path;
         Environment environment;
-        std::vector<OverlayMount> mounts = {};
         std::vector<std::string> arguments = {};
         bool noProcessSlots = false;  // as in Launch
     };

@@ -1,8 +1,5 @@
 #include "tests/end_to_end/rig/scripted_machine.h"
 
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -27,9 +24,9 @@ void writeFile(const fs::path& path, std::string_view text) {
     std::abort();
 }
 
-// The file that stands in the place of a command. What it does lies outside the overlay, since a file below a mounted
-// overlay must not be changed.
-std::string standIn(const std::string& command, const fs::path& record, const fs::path& gate, const fs::path& body) {
+// The file in the place of a command. What it does is in a file of its own, so that a run that has begun keeps its
+// text.
+std::string scriptFor(const std::string& command, const fs::path& record, const fs::path& gate, const fs::path& body) {
     const auto assignment = [](const std::string& name, const std::string& value) {
         return name + "='" + value + "'\n";
     };
@@ -44,31 +41,31 @@ if [ -p "$gate" ]; then read -r ticket < "$gate"; fi
 
 }  // namespace
 
-ScriptedMachine::ScriptedMachine() : record_(folder_.path() / "record") {}
+Environment startingCommandsIn(const fs::path& folder) {
+    return {{"LD_PRELOAD", SCRIPTED_COMMANDS_LIBRARY}, {"SCRIPTED_COMMANDS", folder}};
+}
+
+ScriptedMachine::ScriptedMachine() : record_(folder_.path() / "record") {
+    for (const char* const bin : {"usr/sbin", "bin"}) fs::create_directories(commands() / bin);
+}
 
 void ScriptedMachine::script(const std::string& command, std::string_view shellText) {
     const fs::path body = bodyOf(command);
     const fs::path draft = body.string() + ".draft";
     writeFile(draft, shellText);
-    fs::rename(draft, body);  // A run that has begun keeps what it has read from.
+    fs::rename(draft, body);
 
-    const fs::path file = layerOf(command);
+    const fs::path file = fileOf(command);
     if (fs::exists(file)) return;
-    writeFile(file, standIn(command, record_.path(), gateOf(command), body));
+    writeFile(file, scriptFor(command, record_.path(), gateOf(command), body));
     fs::permissions(file, fs::perms(0755));
 }
 
-void ScriptedMachine::makeMissing(const std::string& command) {
-    const fs::path file = layerOf(command);
-    fs::remove(file);
-    if (mknod(file.c_str(), S_IFCHR, makedev(0, 0)) == 0) return;  // An overlay takes this for "not there".
-    std::perror(file.c_str());
-    std::abort();
-}
+void ScriptedMachine::makeMissing(const std::string& command) { fs::remove(fileOf(command)); }
 
 void ScriptedMachine::makeNotExecutable(const std::string& command) {
     script(command, "");
-    fs::permissions(layerOf(command), fs::perms(0644));
+    fs::permissions(fileOf(command), fs::perms(0644));
 }
 
 void ScriptedMachine::hold(const std::string& command) {
@@ -94,24 +91,7 @@ bool ScriptedMachine::waitForRuns(std::size_t count, std::chrono::milliseconds l
     return record_.waitUntil([&](const std::string& bytes) { return lines(bytes) >= count; }, limit);
 }
 
-std::vector<OverlayMount> ScriptedMachine::mounts() const {
-    std::vector<OverlayMount> mounts;
-    for (const auto& [folder, layer] : layers_) {
-        mounts.push_back({folder, "lowerdir=" + layer.string() + ":" + folder.string()});
-    }
-    return mounts;
-}
-
-fs::path ScriptedMachine::layerOf(const std::string& command) {
-    const fs::path real = fs::canonical(fs::path(command).parent_path());  // /bin may be a link to /usr/bin.
-    fs::path& layer = layers_[real];
-    if (layer.empty()) {
-        layer = folder_.path() / inOneName(real.string());
-        fs::create_directory(layer);
-        fs::permissions(layer, fs::perms(0755));
-    }
-    return layer / fs::path(command).filename();
-}
+fs::path ScriptedMachine::fileOf(const std::string& command) const { return commands().string() + command; }
 
 fs::path ScriptedMachine::bodyOf(const std::string& command) const {
     return folder_.path() / (inOneName(command) + ".sh");

@@ -1,4 +1,4 @@
-// A machine whose commands print what a test has written down.
+// A Mac's commands, each of which prints what a test has written down.
 #pragma once
 
 #include <chrono>
@@ -14,9 +14,13 @@
 
 namespace end_to_end {
 
-// Commands are named by the absolute path that the program starts them by, such as "/usr/sbin/sysctl"; the folder has
-// to exist on this machine, the command need not. All others stay what they are. What a command is (a script, missing,
-// not executable) is settled when mounts() is asked for; what a script does can be changed at any time.
+// The variables that make a program start the commands in `folder` ("<folder>/usr/sbin/sysctl" and so on) in place of
+// the machine's own.
+[[nodiscard]] Environment startingCommandsIn(const std::filesystem::path& folder);
+
+// Commands are named by the absolute path that the program starts them by: "/usr/sbin/sysctl",
+// "/usr/sbin/system_profiler" or "/bin/df". One that has no script is missing. What a command does can be changed at
+// any time.
 //
 // Make it before the program and keep it for longer.
 class ScriptedMachine {
@@ -39,18 +43,18 @@ class ScriptedMachine {
     // Waits until that many runs have begun.
     bool waitForRuns(std::size_t count, std::chrono::milliseconds limit = patience);
 
-    // For Launch::mounts, after all has been said about which commands there are.
-    std::vector<OverlayMount> mounts() const;
+    // For the program's environment.
+    Environment environment() const { return startingCommandsIn(commands()); }
 
   private:
-    std::filesystem::path layerOf(const std::string& command);
+    std::filesystem::path commands() const { return folder_.path() / "commands"; }
+    std::filesystem::path fileOf(const std::string& command) const;
     std::filesystem::path bodyOf(const std::string& command) const;
     std::filesystem::path gateOf(const std::string& command) const;
 
     ScratchFolder folder_;
     Fifo record_;
-    std::map<std::filesystem::path, std::filesystem::path> layers_;  // by the folder that each lies over
-    std::map<std::string, std::unique_ptr<Fifo>> gates_;             // by command
+    std::map<std::string, std::unique_ptr<Fifo>> gates_;  // by command
 };
 
 }  // namespace end_to_end

@@ -1,0 +1,23 @@
+// Preloaded into the program under test: starts a script from the folder that SCRIPTED_COMMANDS names in place of each
+// command that tells of the hardware. It needs no privilege, and whatever else the program starts stays what it is.
+#include <dlfcn.h>
+#include <spawn.h>
+
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+bool isScripted(const std::string& path) {
+    return path == "/usr/sbin/sysctl" || path == "/usr/sbin/system_profiler" || path == "/bin/df";
+}
+
+}  // namespace
+
+extern "C" int posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions_t* actions,
+                           const posix_spawnattr_t* attributes, char* const arguments[], char* const environment[]) {
+    static const auto original = reinterpret_cast<decltype(&posix_spawn)>(dlsym(RTLD_NEXT, "posix_spawn"));
+    const char* const folder = std::getenv("SCRIPTED_COMMANDS");
+    const std::string started = folder != nullptr && isScripted(path) ? std::string(folder) + path : path;
+    return original(process, started.c_str(), actions, attributes, arguments, environment);
+}

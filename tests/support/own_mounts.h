@@ -1,0 +1,26 @@
+// Scripts with mounts of their own, which nobody else sees.
+#pragma once
+
+#include <unistd.h>
+
+#include <optional>
+#include <string>
+
+#include "tests/support/shell.h"
+
+namespace testSupport {
+
+// Runs `script` by sh(1). Root needs CAP_SYS_ADMIN for it, another user the right to make user namespaces.
+[[nodiscard]] inline ShellResult shellWithOwnMounts(const std::string& script) {
+    const std::string user = geteuid() == 0 ? "" : "--map-root-user ";
+    return shell("unshare --mount " + user + "sh -c " + quoted(script));
+}
+
+// Why a script gets none, for GTEST_SKIP(); nothing when it gets them.
+[[nodiscard]] inline std::optional<std::string> whyNoOwnMounts() {
+    const ShellResult attempt = shellWithOwnMounts("mount -t tmpfs none /mnt");
+    if (attempt.status == 0) return std::nullopt;
+    return "needs mounts of its own (CAP_SYS_ADMIN or user namespaces)";
+}
+
+}  // namespace testSupport
