@@ -40,7 +40,9 @@ TEST_F(ContentViewFlows, StatusTypesHaveTheirOrderAndHash) {
     EXPECT_EQ(static_cast<int>(StatusType::info), 0);
     EXPECT_EQ(static_cast<int>(StatusType::success), 1);
     EXPECT_EQ(static_cast<int>(StatusType::error), 2);
-    EXPECT_EQ(std::hash<StatusType>{}(StatusType::error), std::hash<StatusType>{}(StatusType::error));
+    for (const StatusType type : {StatusType::info, StatusType::success, StatusType::error}) {
+        EXPECT_EQ(std::hash<StatusType>{}(type), std::hash<int>{}(static_cast<int>(type)));
+    }
 }
 
 TEST_F(ContentViewFlows, CopiesShareTheSameState) {
@@ -75,6 +77,16 @@ TEST_F(ContentViewFlows, ADetectionEndsWithTheRecordAndTheSuccessBanner) {
     EXPECT_FALSE(view_.isDetecting.get());
     EXPECT_EQ(view_.statusMessage.get(), "Hardware detected successfully!");
     EXPECT_EQ(view_.statusType.get(), StatusType::success);
+}
+
+TEST_F(ContentViewFlows, TheCommandsRunInTheBackgroundBeforeTheMainQueueHearsOfThem) {
+    view_.detectHardware();
+    standIn::runMainQueue();
+    EXPECT_TRUE(machine().commandsRun.empty());
+    standIn::runBackground();
+    EXPECT_EQ(machine().commandsRun.size(), 4U);
+    standIn::runMainQueue();
+    EXPECT_EQ(machine().commandsRun.size(), 4U);
 }
 
 TEST_F(ContentViewFlows, ADetectionOfNothingButFallbacksIsASuccessToo) {
@@ -152,17 +164,67 @@ TEST_F(ContentViewFlows, TheRecordSentIsTheOneOfThePress) {
     EXPECT_NE(machine().requests.at(0).body.find("first"), std::string::npos);
 }
 
-TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgainAndTheQuitStands) {
+TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgain) {
+    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    view_.detectedHardware.set(record("M1"));
+    view_.sendToWebsite();
+    finish();
+
+    view_.sendToWebsite();
+    EXPECT_TRUE(view_.isSending.get());
+    EXPECT_EQ(view_.statusMessage.get(), "Sending hardware data...");
+    EXPECT_EQ(view_.statusType.get(), StatusType::info);
+
+    machine().website = [](const auto&) { return standIn::answered(500, "{}"); };
+    finish();
+    EXPECT_EQ(machine().requests.size(), 2U);
+    EXPECT_EQ(view_.statusMessage.get(), "Error: Failed to send hardware data. Check the console for details.");
+    EXPECT_EQ(view_.statusType.get(), StatusType::error);
+}
+
+TEST_F(ContentViewFlows, TheQuitComesAlthoughASecondSubmissionRuns) {
     machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
     view_.detectedHardware.set(record("M1"));
     view_.sendToWebsite();
     finish();
     view_.sendToWebsite();
-    EXPECT_TRUE(view_.isSending.get());
-    finish();
-    EXPECT_EQ(machine().requests.size(), 2U);
+    ASSERT_TRUE(view_.isSending.get());
+    ASSERT_EQ(machine().delayed.size(), 1U);
     machine().delayed[0].second();
     EXPECT_EQ(machine().terminations, 1);
+    standIn::reset();
+}
+
+TEST_F(ContentViewFlows, ASecondSuccessSchedulesAQuitOfItsOwn) {
+    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    view_.detectedHardware.set(record("M1"));
+    for (int submission = 0; submission < 2; ++submission) {
+        view_.sendToWebsite();
+        finish();
+    }
+    ASSERT_EQ(machine().delayed.size(), 2U);
+    EXPECT_EQ(machine().delayed[1].first, std::chrono::seconds(2));
+    machine().delayed[1].second();
+    EXPECT_EQ(machine().terminations, 1);
+}
+
+TEST_F(ContentViewFlows, WhereADetectionAndASubmissionOverlapTheLastOneToEndHasTheBanner) {
+    view_.detectedHardware.set(record("old"));
+    view_.detectHardware();
+    view_.sendToWebsite();
+    EXPECT_EQ(view_.statusMessage.get(), "Sending hardware data...");
+    standIn::runBackground();
+    ASSERT_EQ(machine().mainQueue.size(), 2U);
+
+    machine().mainQueue[0]();
+    EXPECT_EQ(view_.statusMessage.get(), "Hardware detected successfully!");
+    EXPECT_EQ(view_.statusType.get(), StatusType::success);
+    EXPECT_TRUE(view_.isSending.get());
+
+    machine().mainQueue[1]();
+    EXPECT_EQ(view_.statusMessage.get(), "Error: Failed to send hardware data. Check the console for details.");
+    EXPECT_EQ(view_.statusType.get(), StatusType::error);
+    EXPECT_EQ(view_.detectedHardware.get()->processor, "Unknown");
 }
 
 TEST_F(ContentViewFlows, ADetectionAndASubmissionMayOverlap) {

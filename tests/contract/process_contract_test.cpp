@@ -1,5 +1,6 @@
 #include "platform/process.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -92,6 +93,17 @@ TEST(Process, ArgumentsArriveOneByOneAndUntouched) {
 TEST(Process, TheChildInheritsEnvironmentAndWorkingDirectory) {
     setenv("PROCESS_CONTRACT", "value", 1);
     EXPECT_EQ(shell("echo $PROCESS_CONTRACT; pwd"), "value\n" + std::filesystem::current_path().string() + "\n");
+}
+
+TEST(Process, TheChildInheritsStandardInput) {
+    const Folder folder;
+    const int input = open(folder.file("typed\n", 0600).c_str(), O_RDONLY);
+    const int before = dup(STDIN_FILENO);
+    ASSERT_EQ(dup2(input, STDIN_FILENO), STDIN_FILENO);
+    EXPECT_EQ(shell("cat"), "typed\n");
+    if (before >= 0) dup2(before, STDIN_FILENO);
+    close(before);
+    close(input);
 }
 
 TEST(Process, TheChildHasNoDescriptorOfOurs) {

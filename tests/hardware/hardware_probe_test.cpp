@@ -81,6 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ProcessorCase{"AnAppleBrandStringStaysWithoutAChipLine", " Apple M1 \r\n", "Processor Name: x\n",
                                   "Apple M1"},
                     ProcessorCase{"AnAppleBrandStringStaysWithoutAnOverview", "Apple M1\n", std::nullopt, "Apple M1"},
+                    ProcessorCase{"AppleInTheMiddleOfTheBrandStringAsksForTheChip", "VirtualApple @ 2.50GHz\n",
+                                  "Chip: Apple M1\n", "Apple M1"},
                     ProcessorCase{"AnEmptyBrandStringAsksForTheChip", "\n", "Chip: Apple M2\n", "Apple M2"},
                     ProcessorCase{"AnEmptyBrandStringStaysEmptyWithoutAChipLine", "\n", "nothing\n", ""},
                     ProcessorCase{"LowerCaseAppleDoesNotAskForTheChip", "apple m1\n", "Chip: Apple M1\n", "apple m1"},

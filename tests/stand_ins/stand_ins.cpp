@@ -147,6 +147,7 @@ std::string currentDate(const std::string& pattern) {
 }
 
 void mainQueue::async(Work work) {
+    machine().whenPosting();
     const std::lock_guard lock(standIn::mutex);
     machine().mainQueue.push_back(std::move(work));
     standIn::happened("post");

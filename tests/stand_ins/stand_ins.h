@@ -54,6 +54,7 @@ struct Machine {
     std::vector<std::string> datePatterns;
 
     // dispatch.h: posted and not run yet.
+    std::function<void()> whenPosting = [] {};  // Called before each post to the main queue, on the thread that posts.
     std::vector<platform::Work> mainQueue;
     std::vector<std::pair<std::chrono::milliseconds, platform::Work>> delayed;
     std::vector<platform::Work> background;

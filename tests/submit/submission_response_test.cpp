@@ -119,6 +119,13 @@ TEST_F(SubmissionResponse, ASuccessOpensThePageOnTheMainQueue) {
     EXPECT_EQ(machine().log.size(), 4U);
 }
 
+TEST_F(SubmissionResponse, ThePageIsPostedBeforeTheCallerIsWoken) {
+    std::optional<bool> wokenBefore;
+    machine().whenPosting = [&] { wokenBefore = submission_.completion.try_acquire(); };
+    handle(answered(200, R"({"success":true})"));
+    EXPECT_EQ(wokenBefore, false);
+}
+
 TEST_F(SubmissionResponse, WithoutAnIdTheLogSaysNone) {
     handle(answered(200, R"({"success":true})"));
     standIn::runMainQueue();

@@ -82,6 +82,19 @@ TEST_F(UsageReport, AStartOnALaterDayReplacesTheDate) {
     EXPECT_EQ(machine().requests.size(), 2U);
 }
 
+// Another start on this account may store the date while this one waits for its install report.
+TEST_F(UsageReport, TheStoredDateThatCountsIsTheOneFromBeforeTheInstallReport) {
+    machine().defaults[dateKey] = "2026-11-19";
+    machine().website = [](const platform::HttpRequest& request) {
+        if (request.url.absoluteString().ends_with("/api/track-install/")) machine().defaults[dateKey] = "2026-11-20";
+        return answered(200, "ok");
+    };
+    AppTracker::trackUsage("http://site.example");
+    standIn::waitForSession();
+    const Lines& events = machine().events;
+    EXPECT_EQ(std::count(events.begin(), events.end(), std::string("store ") + dateKey), 1);
+}
+
 TEST_F(UsageReport, AcrossMidnightTheReportMayCarryTheNextDay) {
     machine().dates = {"2026-11-20", "2026-11-21"};
     AppTracker::trackUsage("http://site.example");

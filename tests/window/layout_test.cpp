@@ -116,6 +116,12 @@ TEST_F(WindowLayout, TheListIsAtMostTwoHundredHighAndScrolls) {
     EXPECT_EQ(list()->widget()->width(), list()->viewport()->width());
 }
 
+TEST_F(WindowLayout, TheListIsTwoHundredHighWhereThereIsRoomForMore) {
+    window_.setFixedHeight(900);
+    show(recordOfLength(1'000));
+    EXPECT_EQ(list()->height(), 200);
+}
+
 TEST_F(WindowLayout, TheListGivesWaySoThatEverythingFits) {
     show(record());
     const int alone = list()->height();

@@ -160,6 +160,20 @@ TEST_F(WindowOperation, AppearsOnceWhenShownAndAgainAfterBeingHidden) {
     EXPECT_EQ(usagesReported(), 2);
 }
 
+// The main view never leaves a window that is minimised. The window system's own events stand for it here: the
+// toolkit's offscreen platform has no window manager.
+TEST_F(WindowOperation, RestoringTheMinimisedWindowIsNoAppearance) {
+    QHideEvent hidden;
+    QShowEvent shown;
+    for (QEvent* event : {static_cast<QEvent*>(&hidden), static_cast<QEvent*>(&shown)}) {
+        QSpontaneKeyEvent::setSpontaneous(event);
+        qApp->notify(&window_, event);
+    }
+    window_.update();
+    settle();
+    EXPECT_EQ(usagesReported(), 1);
+}
+
 TEST_F(WindowOperation, EachAppearanceReportsToTheAddressOfThatMoment) {
     field()->setText("http://typed.example");
     window_.hide();
