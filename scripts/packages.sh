@@ -24,4 +24,6 @@ package_packages=(dpkg-dev fakeroot)
 
 package_test_packages=(lintian desktop-file-utils appstream man-db debootstrap debian-archive-keyring xvfb xdotool x11-utils)
 
+mutate_packages=(python3)
+
 check_packages=(clang-format clang-tidy shellcheck yamllint)

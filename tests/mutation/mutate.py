@@ -1,0 +1,192 @@
+"""Seeds one small mistake at a time into a copy of the product and looks whether a test notices: scripts/mutate."""
+
+import argparse
+import contextlib
+import hashlib
+import json
+import os
+import random
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import threading
+from collections import Counter, defaultdict
+from pathlib import Path
+
+from mutations import mutations
+
+PRODUCT = ["app", "hardware", "submit", "tracking", "platform"]
+# The folders of tests, the fastest first. The one nearest to the mistake goes before all others.
+TESTS = ["hardware", "submit", "tracking", "app", "mac", "window", "contract", "end_to_end"]
+NEAREST = {"platform/qt": "window", "platform/qt/widgets": "window", "platform/mac": "mac", "platform": "contract"}
+# Tests that only wait for a minute or more, and repetitions beyond the first.
+LEFT_OUT = ["AfterAMinute", "MayTakeLongerThanTheInterval", "FourTimesFifty", "FiveTimesAHundred/GeneratedCases.*/[1-4]"]
+BUILD_SECONDS, FOLDER_SECONDS, TEST_SECONDS = 900, 1800, 150
+running = set()
+
+
+def copy_where_different(source, target):
+    if not os.path.exists(target) or Path(source).read_bytes() != Path(target).read_bytes():
+        shutil.copy(source, target)
+
+
+def draw(root, count, seed):
+    """`count` mistakes, one from each folder in turn while it has any left."""
+    randomness = random.Random(seed)
+    folders = defaultdict(list)
+    for path in sorted(path for top in PRODUCT for path in (root / top).rglob("*") if path.suffix in (".cpp", ".h")):
+        folders[path.parent] += mutations(path.relative_to(root).as_posix(), path.read_text(), randomness)
+    for mistakes in folders.values():
+        randomness.shuffle(mistakes)
+    drawn = []
+    while len(drawn) < count and any(folders.values()):
+        drawn += [mistakes.pop() for mistakes in folders.values() if mistakes]
+    return drawn[:count]
+
+
+def run(command, seconds, **environment):
+    """Whether the command succeeded in that time, and what it printed. Its children end with it."""
+    # A mistake may well ask for a log or a list without end.
+    process = subprocess.Popen(["prlimit", f"--fsize={2**30}", f"--as={2**34}", *command], env=os.environ | environment,
+                               text=True, errors="replace", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                               stderr=subprocess.STDOUT, start_new_session=True)
+    running.add(process)
+    try:
+        output, _ = process.communicate(timeout=seconds)
+        return process.returncode == 0, output
+    except subprocess.TimeoutExpired:
+        return False, f"*** no end after {seconds} seconds"
+    finally:
+        end(process)
+        running.discard(process)
+
+
+def end(process):
+    with contextlib.suppress(ProcessLookupError):
+        os.killpg(process.pid, signal.SIGKILL)
+
+
+def first_line_with(word, output):
+    return next((line.strip() for line in output.splitlines() if word in line), output[-300:])
+
+
+class Workshop:
+    """A copy of the tree, with a build of its own and a home for what runs in it."""
+
+    def __init__(self, sources, folder):
+        self.tree, self.build, self.home = folder / "tree", folder / "build", folder / "home"
+        self.ready, self.left_out = folder / "ready", LEFT_OUT
+        # The last run may have been stopped in the middle of a mistake.
+        shutil.copytree(sources, self.tree, dirs_exist_ok=True, copy_function=copy_where_different)
+
+    def prepare(self, failures=None):
+        """Builds everything; returns the tests that fail without a mistake, to be left out, if they are not known."""
+        if not self.ready.exists():
+            for command in [["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
+                             "-DCMAKE_CXX_FLAGS_DEBUG=-O0"], ["cmake", "--build", self.build, "--parallel", "2"]]:
+                built, output = run(command, 10 * BUILD_SECONDS)
+                if not built:
+                    sys.exit("Without a mistake: " + output[-3000:])
+            if failures is None:
+                failures = [name for tests in TESTS for name in re.findall(r"\d+ - (\S+) \(", self._test(tests)[1])]
+                print("Left out, since they fail without a mistake:", *failures, flush=True)
+            self.ready.write_text(json.dumps([{tests: self._programs(tests) for tests in TESTS}, failures]))
+        self.unchanged, failures = json.loads(self.ready.read_text())
+        self.left_out = LEFT_OUT + [re.escape(name) for name in failures]
+        return failures
+
+    def _programs(self, tests):
+        return {path.name: hashlib.sha1(path.read_bytes()).hexdigest() for path in (self.build / "tests" / tests).rglob("*")
+                if path.suffix == "" and path.is_file() and os.access(path, os.X_OK)}
+
+    def _test(self, tests, *options):
+        shutil.rmtree(self.home, ignore_errors=True)
+        self.home.mkdir()
+        outcome = run(["ctest", "--test-dir", self.build / "tests" / tests, "--parallel", "4", "--timeout",
+                       str(TEST_SECONDS), "--exclude-regex", "|".join(self.left_out), *options], FOLDER_SECONDS,
+                      HOME=str(self.home), TMPDIR=str(self.home))
+        shutil.rmtree(self.home, ignore_errors=True)
+        return outcome
+
+    def outcome_of(self, mistake):
+        file = self.tree / mistake.path
+        source = file.read_text()
+        file.write_text(source[: mistake.offset] + mistake.new + source[mistake.offset + len(mistake.old) :])
+        try:
+            return self._outcome(os.path.dirname(mistake.path))
+        finally:
+            file.write_text(source)
+
+    def _outcome(self, folder):
+        nearest = NEAREST.get(folder, folder if folder in TESTS else "contract")
+        outcome = "unchanged"
+        for tests in [nearest] + [other for other in TESTS if other != nearest]:
+            built, output = run(["cmake", "--build", self.build, "--parallel", "2", "--target", f"tests/{tests}/all"],
+                                BUILD_SECONDS, CCACHE_DISABLE="1")
+            if not built:
+                return "invalid", first_line_with("error", output)
+            if self._programs(tests) == self.unchanged[tests]:
+                continue  # It is in none of them.
+            passed, output = self._test(tests, "--stop-on-failure")
+            if not passed:
+                return "noticed", first_line_with("***", output)
+            outcome = "survived"
+        return outcome, ""
+
+
+def report(places, results):
+    table = defaultdict(Counter)
+    for where in places:
+        for row in (os.path.dirname(where.split(":")[0]), "all"):
+            table[row].update(["drawn", results.get(where, ["not tried"])[0]])
+    columns = ["drawn", "invalid", "unchanged", "noticed", "survived", "not tried"]  # Unchanged: no program differs.
+    lines = ["| folder | " + " | ".join(columns) + " |", "| --- |" + " ---: |" * len(columns)]
+    lines += [" | ".join(["| " + row] + [str(table[row][column]) for column in columns]) + " |"
+              for row in sorted(table, key=lambda row: (row == "all", row))]
+    return "\n".join(lines + sorted(f"{outcome}: {where} {why}" for where, (outcome, why) in results.items())) + "\n"
+
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__)
+    options.add_argument("root", type=Path)
+    options.add_argument("--mistakes", type=int, default=300)
+    options.add_argument("--seed", type=int, default=1)
+    options.add_argument("--at-once", type=int, default=1)
+    asked = options.parse_args()
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    folder = asked.root / "build/mutate"
+    sources, kept = folder / "sources", folder / "results"
+    if not (folder / "0/build").exists():  # A run that goes on later goes on with the same sources.
+        shutil.copytree(asked.root, sources, dirs_exist_ok=True, ignore=lambda at, names: {"build", ".git"} & set(names))
+    drawn = {mistake.where: mistake for mistake in draw(sources, asked.mistakes, asked.seed)}
+    results = dict(json.loads(line) for line in kept.read_text().splitlines()) if kept.exists() else {}
+    to_try = iter([mistake for where, mistake in drawn.items() if where not in results])
+
+    def work(workshop):
+        for mistake in to_try:
+            results[mistake.where] = workshop.outcome_of(mistake)
+            with kept.open("a") as file:
+                file.write(json.dumps([mistake.where, results[mistake.where]]) + "\n")
+            print(results[mistake.where][0], mistake.where, results[mistake.where][1], flush=True)
+
+    workshops = [Workshop(sources, folder / str(number)) for number in range(asked.at_once)]
+    threads = [threading.Thread(target=work, args=[workshop], daemon=True) for workshop in workshops]
+    try:
+        failures = None
+        for workshop in workshops:
+            failures = workshop.prepare(failures)
+        [thread.start() for thread in threads]
+        [thread.join() for thread in threads]
+    finally:
+        [end(process) for process in list(running)]
+        (folder / "report").write_text(report(list(drawn), results))
+    print((folder / "report").read_text())
+    for copy in [sources] + [folder / str(number) for number in range(asked.at_once)]:
+        shutil.rmtree(copy)
+    kept.unlink()
+
+
+if __name__ == "__main__":
+    main()
