@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -185,17 +186,24 @@ class Cell {
   public:
     explicit Cell(Value initial) : slot_(std::make_shared<Slot>(std::move(initial))) {}
 
-    [[nodiscard]] Value get() const { return *std::atomic_load(&slot_->value); }
+    [[nodiscard]] Value get() const {
+        const std::lock_guard lock(slot_->mutex);
+        return slot_->value;
+    }
 
     void set(Value value) const {
-        std::atomic_store(&slot_->value, std::make_shared<const Value>(std::move(value)));
+        {
+            const std::lock_guard lock(slot_->mutex);
+            slot_->value = std::move(value);
+        }
         stateChanged();
     }
 
   private:
     struct Slot {
-        explicit Slot(Value initial) : value(std::make_shared<const Value>(std::move(initial))) {}
-        std::shared_ptr<const Value> value;
+        explicit Slot(Value initial) : value(std::move(initial)) {}
+        std::mutex mutex;
+        Value value;
     };
 
     std::shared_ptr<Slot> slot_;
