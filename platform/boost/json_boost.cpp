@@ -4,6 +4,7 @@
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
+#include <boost/system/error_code.hpp>
 #include <cmath>
 #include <utility>
 
@@ -14,7 +15,7 @@ namespace platform {
 namespace {
 
 namespace json = boost::json;
-using boost::json::error_code;
+using boost::system::error_code;
 
 // Builds our value while the parser reads. The library's own document would keep the last of two members of one name,
 // and the first is the one that counts.
