@@ -74,7 +74,10 @@ class SelfSignedServer {
                          ends[1]);
         close(ends[1]);
         // It says "ACCEPT 127.0.0.1:<port>" when it is ready.
-        const std::unique_ptr<FILE, decltype(&std::fclose)> lines(fdopen(ends[0], "r"), std::fclose);
+        struct Close {
+            void operator()(FILE* file) const { std::fclose(file); }
+        };
+        const std::unique_ptr<FILE, Close> lines(fdopen(ends[0], "r"));
         std::array<char, 256> buffer;
         while (port_.empty() && std::fgets(buffer.data(), buffer.size(), lines.get()) != nullptr) {
             const std::string line = buffer.data();
