@@ -1,9 +1,13 @@
 # shellcheck shell=bash disable=SC2034
-# The Debian 12 packages that the scripts beside this file need, by what they are for.
+# What the scripts beside this file have in common: the Debian packages that they need, by what they are for, and what
+# they check first.
+#
+# NAME>=VERSION is the distribution's default package, or else the newest of those that carry their version in their
+# name, as libboost-json1.81-dev does. The libraries' versions are those of cmake/dependencies.cmake.
 
 build_packages=(
     cmake g++ ninja-build pkg-config
-    qt6-base-dev libcurl4-openssl-dev zlib1g-dev libboost1.81-dev libboost-json1.81-dev libboost-url1.81-dev libicu-dev
+    qt6-base-dev libcurl4-openssl-dev zlib1g-dev 'libboost-json-dev>=1.81' 'libboost-url-dev>=1.81' libicu-dev
 )
 
 # What a desktop has anyway: certificates, fonts, the opener.
@@ -16,7 +20,7 @@ test_packages=(
 
 bench_packages=(libbenchmark-dev)
 
-fuzz_packages=(clang libclang-rt-14-dev)
+fuzz_packages=(clang libclang-rt-dev)
 
 icon_packages=(librsvg2-bin icnsutils)
 
@@ -27,3 +31,19 @@ package_test_packages=(lintian desktop-file-utils appstream man-db debootstrap d
 mutate_packages=(python3)
 
 check_packages=(clang-format clang-tidy shellcheck yamllint)
+
+fail() { echo "$*" >&2; exit 1; }
+
+# prepare PACKAGE...: there is a folder to build in, and these packages are installed; otherwise the script ends here.
+prepare() {
+    if ! mkdir -p build 2>/dev/null || [ ! -w build ]; then
+        fail "$PWD/build cannot be written to: make it writable, or copy the sources to a place that is."
+    fi
+    echo "==> Looking for the packages it takes"
+    scripts/install-packages "$@" || exit 1
+}
+
+# configure ARGUMENT...: CMake's first step, silent unless it fails.
+configure() {
+    cmake "$@" >build/configure.log 2>&1 || { cat build/configure.log >&2; exit 1; }
+}
