@@ -41,6 +41,13 @@ int requestBegins(void* userData, char*, char*, int, int) {
     return CURL_PREREQFUNC_OK;
 }
 
+// A version and a status code of three digits. What else libcurl takes for one depends on its version.
+bool isStatusLine(std::string_view line) {
+    const auto isDigitAt = [line](std::size_t at) { return at < line.size() && line[at] >= '0' && line[at] <= '9'; };
+    const std::size_t code = line.find_first_not_of(' ', line.find(' '));
+    return isDigitAt(5) && isDigitAt(code) && isDigitAt(code + 1) && isDigitAt(code + 2) && !isDigitAt(code + 3);
+}
+
 void takeStatusLine(Exchange& exchange) {
     exchange.answer = Answer();
     long statusCode = 0;
@@ -71,8 +78,7 @@ std::size_t takeHeaderLine(char* bytes, std::size_t, std::size_t count, void* us
     auto& exchange = *static_cast<Exchange*>(userData);
     const std::string_view line(bytes, count);
     if (line.starts_with("HTTP/")) {
-        // libcurl takes a line that goes on with anything but a version for a success.
-        if (line.size() < 6 || std::isdigit(static_cast<unsigned char>(line[5])) == 0) return 0;
+        if (!isStatusLine(line)) return 0;
         takeStatusLine(exchange);
     } else if (exchange.answer.headerComplete) {
         return count;

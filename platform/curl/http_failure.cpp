@@ -13,6 +13,9 @@ struct CurlFailure {
     Failure failure;
 };
 
+// CURLE_TOO_LARGE, which the headers of older versions do not have.
+constexpr auto curlTooLarge = static_cast<CURLcode>(100);
+
 constexpr std::array curlFailures{
     CurlFailure{CURLE_FAILED_INIT, unknownError},
     CurlFailure{CURLE_BAD_FUNCTION_ARGUMENT, badUrl},  // The only argument of ours it can reject: 8 MB and longer.
@@ -27,8 +30,10 @@ constexpr std::array curlFailures{
     CurlFailure{CURLE_TOO_MANY_REDIRECTS, tooManyRedirects},
     CurlFailure{CURLE_UNSUPPORTED_PROTOCOL, cannotParse},  // Bytes that are no HTTP, or none that it knows.
     CurlFailure{CURLE_WEIRD_SERVER_REPLY, cannotParse},
-    CurlFailure{CURLE_WRITE_ERROR, cannotParse},    // Our own functions that take the answer refused it.
-    CurlFailure{CURLE_OUT_OF_MEMORY, cannotParse},  // So it calls a header line of more than 100 kB.
+    CurlFailure{CURLE_WRITE_ERROR, cannotParse},  // Our own functions that take the answer refused it.
+    CurlFailure{CURLE_OUT_OF_MEMORY,
+                cannotParse},  // So it calls a header line of more than 100 kB, and newer versions so:
+    CurlFailure{curlTooLarge, cannotParse},
     CurlFailure{CURLE_BAD_CONTENT_ENCODING, cannotDecode},
     CurlFailure{CURLE_SSL_CONNECT_ERROR, tlsFailed},
     CurlFailure{CURLE_SSL_CACERT_BADFILE, tlsFailed},
