@@ -62,17 +62,16 @@ Failure enter() {
     const uid_t user = geteuid();
     const gid_t group = getegid();
     const int userNamespace = user == 0 ? 0 : CLONE_NEWUSER;
-    if (unshare(CLONE_NEWNS | CLONE_NEWNET | userNamespace) != 0) return failed("unshare");
-
-    Failure failure;
-    if (user != 0) failure = keepIdentity(user, group);
-    // Mounts of ours must not appear outside.
-    if (!failure && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
-        failure = failed("mount --make-rprivate /");
+    if (unshare(CLONE_NEWNS | userNamespace) != 0) return failed("unshare");
+    if (user != 0) {
+        if (Failure failure = keepIdentity(user, group)) return failure;
     }
-    if (!failure) failure = hideSocketsOfOtherDisplays();
-    if (!failure) failure = raiseLoopback();
-    return failure;
+    // Mounts of ours must not appear outside.
+    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return failed("mount --make-rprivate /");
+    // The network comes last: without its loopback interface no other test would work.
+    if (unshare(CLONE_NEWNET) != 0) return failed("unshare the network");
+    if (Failure failure = raiseLoopback()) return failure;
+    return hideSocketsOfOtherDisplays();
 }
 
 std::optional<std::string> refusal = "nobody has asked for them";

@@ -9,7 +9,7 @@ namespace end_to_end {
 // Gives the process mounts of its own and a network with nothing but loopback. Root needs CAP_SYS_ADMIN for it, another
 // user the right to make user namespaces; a bare chroot, whose root folder is no mount point, won't do.
 //
-// Call it first in main, before any thread is started. Where it is not permitted, the process stays as it was.
+// Call it first in main, before any thread is started. Where it is not permitted, the process keeps its network.
 void enterOwnNamespaces();
 
 // Why the process has none, for GTEST_SKIP(); nothing when it has them.
