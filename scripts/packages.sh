@@ -30,6 +30,8 @@ package_test_packages=(lintian desktop-file-utils appstream man-db debootstrap d
 
 mutate_packages=(python3)
 
+system_check_packages=(debootstrap debian-archive-keyring git)
+
 check_packages=(clang-format clang-tidy shellcheck yamllint)
 
 fail() { echo "$*" >&2; exit 1; }
