@@ -1,12 +1,14 @@
 #include "tests/end_to_end/surroundings.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <fstream>
+#include <optional>
 #include <sstream>
-#include <stdexcept>
 
 namespace end_to_end {
 
@@ -17,25 +19,54 @@ using testSupport::Send;
 
 namespace {
 
-// False when another process has the port, if it does not wait for that one's end.
-bool takePort(int port, bool wait) {
-    const std::string name = "hardware-detector-test-port-" + std::to_string(port);
-    const std::string file = std::filesystem::temp_directory_path() / name;
-    int lock = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (lock < 0) lock = open(file.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0644);
-    if (lock < 0) throw std::runtime_error("cannot make " + file);
-    if (flock(lock, wait ? LOCK_EX : LOCK_EX | LOCK_NB) == 0) return true;  // Locked until this process ends.
-    close(lock);
-    return false;
+// Only one process at a time can have a name of such a socket, and it has it until it ends. Like ports, the names are
+// shared by all who share a network.
+struct PortLock {
+    explicit PortLock(int port) : socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        const std::string name = "hardware-detector-test-port-" + std::to_string(port);
+        name.copy(address.sun_path + 1, name.size());
+        size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    }
+
+    [[nodiscard]] bool take() const {
+        return bind(socket.number(), generic(), size) == 0 && listen(socket.number(), 64) == 0;
+    }
+
+    // Whoever has it accepts no connection, so that this one ends with the process.
+    void waitForItsEnd() const {
+        char byte = 0;
+        if (connect(socket.number(), generic(), size) != 0) return;
+        [[maybe_unused]] const ssize_t end = read(socket.number(), &byte, 1);
+    }
+
+    [[nodiscard]] const sockaddr* generic() const { return reinterpret_cast<const sockaddr*>(&address); }
+
+    Descriptor socket;
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    socklen_t size = 0;
+};
+
+// Some other program may have the port.
+bool isFree(int port) {
+    const Descriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const int reuse = 1;
+    setsockopt(socket.number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<in_port_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
 int takeAnyPort() {
-    for (int port = FIRST_WEBSITE_PORT; port < FIRST_WEBSITE_PORT + WEBSITE_PORTS; ++port) {
-        if (takePort(port, false)) return port;
+    while (true) {
+        for (int port = FIRST_WEBSITE_PORT; port < FIRST_WEBSITE_PORT + WEBSITE_PORTS; ++port) {
+            static std::optional<PortLock> taken;
+            taken.emplace(port);
+            if (taken->take() && isFree(port)) return port;
+        }
+        PortLock(FIRST_WEBSITE_PORT + getpid() % WEBSITE_PORTS).waitForItsEnd();
     }
-    const int port = FIRST_WEBSITE_PORT + getpid() % WEBSITE_PORTS;
-    takePort(port, true);
-    return port;
 }
 
 }  // namespace
