@@ -37,20 +37,29 @@ void Window::renderNow() {
 bool Window::event(QEvent* event) {
     const bool handled = QWidget::event(event);
     if (event->type() == QEvent::ApplicationFontChange) renderSoon();
-    // By now the frame has been handed over to the window system; what the hook blocks, it blocks with the window there
-    // to be seen. It runs by itself, outside of the painting.
-    if (event->type() == QEvent::UpdateRequest && std::exchange(appearsWithNextFrame_, false)) {
-        QMetaObject::invokeMethod(
-            this, [this] { appear(); }, Qt::QueuedConnection);
-    }
     return handled;
 }
 
 void Window::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (event->spontaneous()) return;  // Back from the task bar: it has been on screen all along.
-    appearsWithNextFrame_ = true;
-    update();
+    appearsWithFirstFrame_ = true;
+    windowHandle()->installEventFilter(this);
+}
+
+// What the hook blocks, it blocks with the window there to be seen. Wayland shows no frame before it has said where,
+// and that can't be heard while the main thread is blocked. So the first frame counts as shown when the window system,
+// after it exposed the window, is ready for another one.
+bool Window::eventFilter(QObject* watched, QEvent* event) {
+    if (appearsWithFirstFrame_ && watched == windowHandle() && windowHandle()->isExposed()) {
+        if (event->type() == QEvent::Expose) windowHandle()->requestUpdate();
+        if (event->type() == QEvent::UpdateRequest) {
+            appearsWithFirstFrame_ = false;
+            QMetaObject::invokeMethod(
+                this, [this] { appear(); }, Qt::QueuedConnection);
+        }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void Window::appear() {

@@ -20,6 +20,7 @@ class Window : public QWidget {
   protected:
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
 
@@ -30,7 +31,7 @@ class Window : public QWidget {
     View shown_;
     RenderedView rendered_;
     bool rendersSoon_ = false;
-    bool appearsWithNextFrame_ = false;
+    bool appearsWithFirstFrame_ = false;
     std::optional<QPoint> grip_;  // Where the background is held while the window is moved by hand.
 };
 

@@ -216,6 +216,24 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     EXPECT_EQ(machine().events.front(), "painted");
 }
 
+TEST(WindowAppearance, WaitsUntilTheWindowSystemHasExposedTheWindow) {
+    standIn::reset();
+    const ContentView view;
+    platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
+                                 return [view] { return view.body(); };
+                             }});
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    window.show();
+    window.update();
+    for (int round = 0; round < 10; ++round) QCoreApplication::processEvents();
+    EXPECT_EQ(usagesReported(), 0);
+
+    window.hide();
+    window.setAttribute(Qt::WA_DontShowOnScreen, false);
+    window.show();
+    EXPECT_TRUE(QTest::qWaitFor([] { return usagesReported() == 1; }, 30'000));
+}
+
 TEST_F(WindowOperation, TheFieldTakesTheKeysOfTextEditing) {
     field()->setFocus();
     field()->setText("http://one.example");
