@@ -1,0 +1,165 @@
+// The program on a Wayland desktop, where the window system tells a program less and does more by itself than on X11.
+#include <linux/input-event-codes.h>
+
+#include <filesystem>
+#include <future>
+
+#include "tests/end_to_end/rig/wayland_desktop.h"
+#include "tests/end_to_end/rig/wayland_input.h"
+#include "tests/end_to_end/surroundings.h"
+
+namespace end_to_end {
+namespace {
+
+using testSupport::answerBytes;
+using testSupport::RecordedRequest;
+using testSupport::Script;
+using testSupport::ScriptedServer;
+using testSupport::Send;
+
+class Wayland : public Surroundings {
+  protected:
+    void SetUp() override {
+        const std::string missing = WaylandDesktop::missingPackage();
+        if (!missing.empty()) GTEST_SKIP() << "The package " << missing << " is not installed.";
+        Surroundings::SetUp();
+    }
+
+    Program::Setting settingOn(const WaylandDesktop& desktop) {
+        Program::Setting onX11 = setting();
+        onX11.environment = desktop.environmentFrom(onX11.environment);
+        return onX11;
+    }
+};
+
+std::optional<WaylandDesktop::Window> waitForWindow(const WaylandDesktop& desktop, pid_t program) {
+    std::optional<WaylandDesktop::Window> window;
+    static_cast<void>(waitFor([&] {
+        window = desktop.windowOf(program);
+        return window.has_value();
+    }));
+    return window;
+}
+
+// The keyboard goes to the program from then on.
+bool waitUntilActive(const AccessibleProgram& window) {
+    return waitFor([&] { return window.focused().has_value(); });
+}
+
+class WaylandAtScale : public Wayland, public testing::WithParamInterface<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Scales, WaylandAtScale, testing::Values("1", "1.5", "2"), [](const auto& scale) {
+    std::string name = scale.param;
+    std::replace(name.begin(), name.end(), '.', '_');
+    return name;
+});
+
+TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
+    const WaylandDesktop desktop(std::stod(GetParam()));
+    ASSERT_EQ(desktop.failure(), std::nullopt);
+    const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
+    Program program(settingOn(desktop));
+    ASSERT_EQ(program.failure(), std::nullopt);
+    const AccessibleProgram window(program.pid());
+
+    const auto shown = waitForWindow(desktop, program.pid());
+    ASSERT_TRUE(shown) << program.bytes(Stream::error);
+    EXPECT_EQ(shown->width, 600);
+    EXPECT_EQ(shown->height, 500);
+    EXPECT_FALSE(shown->hasTitleBar);
+
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!")) << window.tree();
+    ASSERT_TRUE(press(window, "Send to Website"));
+    ASSERT_TRUE(opener_.waitForCalls(1));
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(program.bytes(Stream::error), "");
+}
+
+TEST_F(Wayland, TheWindowIsThereWhileTheInstallReportIsWaitedFor) {
+    const WaylandDesktop desktop;
+    ASSERT_EQ(desktop.failure(), std::nullopt);
+    std::promise<void> windowWasSeen;
+    const ScriptedServer server(
+        [seen = windowWasSeen.get_future().share()](const RecordedRequest&) -> Script {
+            seen.wait();
+            return {Send{answerBytes(200, R"({"created": true})")}};
+        },
+        websitePort());
+    Program program(settingOn(desktop));
+    const auto shown = waitForWindow(desktop, program.pid());
+    windowWasSeen.set_value();
+    EXPECT_TRUE(shown);
+    EXPECT_TRUE(program.waitForLine("✅ Install tracked successfully"));
+}
+
+TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
+    const WaylandDesktop desktop;
+    ASSERT_EQ(desktop.failure(), std::nullopt);
+    WaylandInput input(desktop.display(), desktop.width(), desktop.height());
+    ASSERT_TRUE(input.works());
+    const ScriptedServer server(website({}), websitePort());
+    Program program(settingOn(desktop));
+    const auto before = waitForWindow(desktop, program.pid());
+    ASSERT_TRUE(before);
+    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+
+    // From when on the window follows is for program and compositor to agree on.
+    constexpr int held = 400;
+    input.moveTo(before->x + 300, before->y + held);
+    input.holdButton();
+    int pointer = before->x + 300;
+    ASSERT_TRUE(waitFor([&] {
+        input.moveTo(--pointer, before->y + held);
+        return desktop.windowOf(program.pid())->x != before->x;
+    }));
+    const auto following = desktop.windowOf(program.pid());
+    input.moveTo(pointer - 100, before->y + held - 50);
+    input.releaseButton();
+    const auto after = desktop.windowOf(program.pid());
+    EXPECT_EQ(after->x, following->x - 100);
+    EXPECT_EQ(after->y, following->y - 50);
+
+    // In the middle of "Detect Hardware" as long as there is nothing but that.
+    input.click(after->x + 300, after->y + 186);
+    EXPECT_TRUE(shows(AccessibleProgram(program.pid()), "Hardware detected successfully!"));
+}
+
+TEST_F(Wayland, CtrlQAndCtrlWEndTheProgramWithZero) {
+    const WaylandDesktop desktop;
+    ASSERT_EQ(desktop.failure(), std::nullopt);
+    WaylandInput input(desktop.display(), desktop.width(), desktop.height());
+    ASSERT_TRUE(input.works());
+    for (const unsigned key : {KEY_Q, KEY_W}) {
+        const ScriptedServer server(website({}), websitePort());
+        Program program(settingOn(desktop));
+        ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+        ASSERT_TRUE(waitUntilActive(AccessibleProgram(program.pid())));
+        input.pressWithControl(key);
+        EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    }
+}
+
+TEST_F(Wayland, ADesktopFindsTheIconByTheNameOfTheDesktopEntry) {
+    const WaylandDesktop desktop;
+    ASSERT_EQ(desktop.failure(), std::nullopt);
+    Program program(settingOn(desktop));
+    const auto shown = waitForWindow(desktop, program.pid());
+    ASSERT_TRUE(shown);
+    const std::filesystem::path entries = DESKTOP_ENTRIES;
+    EXPECT_TRUE(std::filesystem::exists(entries / (shown->applicationId + ".desktop"))) << shown->applicationId;
+}
+
+TEST_F(Wayland, ADisplayThatGoesAwayEndsTheProgramAndKeepsTheId) {
+    WaylandDesktop desktop;
+    ASSERT_EQ(desktop.failure(), std::nullopt);
+    const ScriptedServer server(website({}), websitePort());
+    Program program(settingOn(desktop));
+    ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
+    desktop.end();
+    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 1}));
+    EXPECT_NE(program.bytes(Stream::error), "");
+    EXPECT_EQ("📤 Device ID: " + valueIn(settingsFile(), "com.velmora.device_id"), program.log().at(1));
+}
+
+}  // namespace
+}  // namespace end_to_end
