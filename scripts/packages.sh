@@ -19,6 +19,8 @@ test_packages=(
     libwayland-dev qt6-wayland sway grim
 )
 
+browser_packages=(chromium)
+
 bench_packages=(libbenchmark-dev)
 
 fuzz_packages=(clang libclang-rt-dev)
