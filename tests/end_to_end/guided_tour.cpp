@@ -1,10 +1,12 @@
 // Does the main job with the program on a display of its own, as a person would, and leaves a picture of each state:
-//   guided-tour PROGRAM COMMANDS PICTURES
-// The commands are those of a Mac: a folder for startingCommandsIn().
-// The program's log goes to standard output. Exits with 0 when every step went well.
+//   guided-tour PROGRAM COMMANDS PICTURES [SCALE]
+// The commands are those of a Mac: a folder for startingCommandsIn(). With a scale it is a Wayland desktop, whose
+// screen has that scale; else an X display. The program's log goes to standard output. Exits with 0 when every step
+// went well.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "tests/end_to_end/rig/accessibility.h"
@@ -14,20 +16,28 @@
 #include "tests/end_to_end/rig/screenshot.h"
 #include "tests/end_to_end/rig/scripted_machine.h"
 #include "tests/end_to_end/rig/scripted_opener.h"
+#include "tests/end_to_end/rig/wayland_desktop.h"
 
 namespace end_to_end {
 namespace {
 
 // A display without a browser: what would be opened stands in the log.
-int tour(const std::string& programPath, const std::string& commands, const std::string& folder) {
+int tour(const std::string& programPath, const std::string& commands, const std::string& folder,
+         std::optional<double> scale) {
     const DesktopSession session;
     if (session.failure()) {
         std::fprintf(stderr, "The virtual display did not start: %s\n", session.failure()->c_str());
         return 1;
     }
+    std::optional<WaylandDesktop> wayland;
+    if (scale) wayland.emplace(*scale);
+    if (wayland && wayland->failure()) {
+        std::fprintf(stderr, "The Wayland desktop did not start: %s\n", wayland->failure()->c_str());
+        return 1;
+    }
     const ScratchFolder home;
     const ScriptedOpener opener;
-    Environment environment = session.environment();
+    Environment environment = wayland ? wayland->environmentFrom(session.environment()) : session.environment();
     environment["HOME"] = home.path();
     environment["LC_ALL"] = "C.UTF-8";
     environment["PATH"] = opener.searchPath();
@@ -38,7 +48,7 @@ int tour(const std::string& programPath, const std::string& commands, const std:
     bool went = !program.failure();
     const auto picture = [&](const std::string& name) {
         const std::string file = folder + "/" + name + ".png";
-        went = went && saveScreenshot(session.display(), file);
+        went = went && (wayland ? wayland->saveScreenshot(file) : saveScreenshot(session.display(), file));
         std::fprintf(stderr, "    %s\n", file.c_str());
     };
     const auto press = [&](const std::string& name) {
@@ -53,6 +63,7 @@ int tour(const std::string& programPath, const std::string& commands, const std:
     };
 
     went = went && waitFor([&] { return window.button("Detect Hardware").has_value(); });
+    if (wayland) went = went && waitFor([&] { return wayland->windowOf(program.pid()).has_value(); });
     picture("1-launch");
     press("Detect Hardware");
     see("Hardware detected successfully!");
@@ -72,9 +83,10 @@ int tour(const std::string& programPath, const std::string& commands, const std:
 }  // namespace end_to_end
 
 int main(int argc, char** argv) {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: guided-tour PROGRAM COMMANDS PICTURES\n");
+    if (argc != 4 && argc != 5) {
+        std::fprintf(stderr, "usage: guided-tour PROGRAM COMMANDS PICTURES [SCALE]\n");
         return 2;
     }
-    return end_to_end::tour(argv[1], argv[2], argv[3]);
+    const std::optional<double> scale = argc == 5 ? std::optional(std::atof(argv[4])) : std::nullopt;
+    return end_to_end::tour(argv[1], argv[2], argv[3], scale);
 }
