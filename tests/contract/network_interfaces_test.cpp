@@ -1,0 +1,86 @@
+// When a machine counts as offline, by a list of network interfaces that the test makes up.
+#include "platform/curl/network_interfaces.h"
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <netinet/in.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Interface {
+    unsigned flags;
+    std::string address;  // Of IPv4 or IPv6; "link" is one of neither kind, and the empty text is none.
+};
+
+std::vector<Interface> interfaces;
+bool canBeListed = true;
+
+constexpr unsigned upAndRunning = IFF_UP | IFF_RUNNING;
+
+}  // namespace
+
+// In place of the C library's.
+extern "C" int getifaddrs(ifaddrs** list) noexcept {
+    if (!canBeListed) return -1;
+    static std::deque<sockaddr_in6> addresses;  // The largest of the kinds.
+    static std::deque<ifaddrs> entries;
+    entries.clear();
+    addresses.clear();
+    for (const Interface& interface : interfaces) {
+        auto* address = reinterpret_cast<sockaddr*>(&addresses.emplace_back());
+        if (inet_pton(AF_INET6, interface.address.c_str(), &addresses.back().sin6_addr) == 1) {
+            address->sa_family = AF_INET6;
+        } else {
+            address->sa_family = interface.address == "link" ? AF_UNIX : AF_INET;
+        }
+        ifaddrs& entry = entries.emplace_back();
+        entry.ifa_flags = interface.flags;
+        entry.ifa_addr = interface.address.empty() ? nullptr : address;
+        if (entries.size() > 1) entries[entries.size() - 2].ifa_next = &entry;
+    }
+    *list = entries.empty() ? nullptr : &entries.front();
+    return 0;
+}
+
+extern "C" void freeifaddrs(ifaddrs*) noexcept {}
+
+namespace {
+
+bool isUpWith(std::vector<Interface> those) {
+    interfaces = std::move(those);
+    return platform::networkIsUp();
+}
+
+TEST(NetworkInterfaces, OneThatRunsAndHasAnAddressIsANetwork) {
+    EXPECT_TRUE(isUpWith({{upAndRunning, "192.0.2.1"}}));
+    EXPECT_TRUE(isUpWith({{upAndRunning, "2001:db8::1"}}));
+    EXPECT_TRUE(isUpWith({{upAndRunning | IFF_LOOPBACK, "127.0.0.1"}, {upAndRunning, "link"}, {upAndRunning, "::2"}}));
+}
+
+TEST(NetworkInterfaces, NoneIsNoNetwork) { EXPECT_FALSE(isUpWith({})); }
+
+TEST(NetworkInterfaces, TheLoopbackInterfaceIsNoNetwork) {
+    EXPECT_FALSE(isUpWith({{upAndRunning | IFF_LOOPBACK, "127.0.0.1"}, {upAndRunning | IFF_LOOPBACK, "::1"}}));
+}
+
+TEST(NetworkInterfaces, OneThatIsDownOrHasNoCarrierIsNoNetwork) {
+    EXPECT_FALSE(isUpWith({{0, "192.0.2.1"}, {IFF_UP, "192.0.2.1"}, {IFF_RUNNING, "192.0.2.1"}}));
+}
+
+TEST(NetworkInterfaces, OneWithoutAnAddressOfItsOwnIsNoNetwork) {
+    EXPECT_FALSE(isUpWith({{upAndRunning, ""}, {upAndRunning, "link"}, {upAndRunning, "fe80::1"}}));
+}
+
+TEST(NetworkInterfaces, AListThatCannotBeHadIsTakenForANetwork) {
+    canBeListed = false;
+    EXPECT_TRUE(isUpWith({}));
+    canBeListed = true;
+}
+
+}  // namespace
