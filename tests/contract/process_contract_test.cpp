@@ -126,6 +126,15 @@ TEST(Process, TheChildHasItsSignalsAsAFreshProgram) {
     EXPECT_EQ(shell("kill -PIPE $$; echo survived"), "");
 }
 
+TEST(Process, ASignalThatInterruptsTheWaitChangesNothing) {
+    struct sigaction interrupting{};
+    interrupting.sa_handler = [](int) {};  // Without SA_RESTART.
+    struct sigaction before{};
+    ASSERT_EQ(sigaction(SIGUSR1, &interrupting, &before), 0);
+    for (int round = 0; round < 20; ++round) EXPECT_EQ(shell("kill -USR1 $PPID; echo line"), "line\n");
+    sigaction(SIGUSR1, &before, nullptr);
+}
+
 TEST(Process, AGrandchildThatHoldsThePipeIsWaitedFor) {
     EXPECT_EQ(shell("(sleep 0.2; echo late) & echo early"), "early\nlate\n");
 }

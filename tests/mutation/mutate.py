@@ -24,7 +24,7 @@ NEAREST = {"platform/qt": "window", "platform/qt/widgets": "window", "platform/m
 # Tests that only wait for a minute or more, and repetitions beyond the first.
 LEFT_OUT = ["AfterAMinute", "MayTakeLongerThanTheInterval", "FourTimesFifty", "FiveTimesAHundred/GeneratedCases.*/[1-4]"]
 BUILD_SECONDS, FOLDER_SECONDS, TEST_SECONDS = 900, 1800, 150
-running = set()
+running, stopping = set(), threading.Event()
 
 
 def copy_where_different(source, target):
@@ -177,10 +177,13 @@ def main():
 
     def work(workshop):
         for mistake in to_try:
-            results[mistake.where] = workshop.outcome_of(mistake)
+            outcome = workshop.outcome_of(mistake)
+            if stopping.is_set():
+                return  # Whatever was running has been ended.
+            results[mistake.where] = outcome
             with kept.open("a") as file:
                 file.write(json.dumps([mistake.where, results[mistake.where]]) + "\n")
-            print(results[mistake.where][0], mistake.where, results[mistake.where][1], flush=True)
+            print(outcome[0], mistake.where, outcome[1], flush=True)
 
     workshops = [Workshop(sources, folder / str(number)) for number in range(asked.at_once)]
     threads = [threading.Thread(target=work, args=[workshop], daemon=True) for workshop in workshops]
@@ -191,6 +194,7 @@ def main():
         [thread.start() for thread in threads]
         [thread.join() for thread in threads]
     finally:
+        stopping.set()
         [end(process) for process in list(running)]
         (folder / "report").write_text(report(list(drawn), results))
     print((folder / "report").read_text())
