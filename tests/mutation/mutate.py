@@ -105,7 +105,7 @@ class Workshop:
         """The numbers of the tests whose program, or a program that they start, is no longer what it was."""
         changed = {name for name, digest in self._programs(tests).items() if self.unchanged[tests].get(name) != digest}
         started = {name for name in changed if not name.endswith("_test")}
-        _, listed = run(["ctest", "--test-dir", self.build / "tests" / tests, "--show-only=json-v1"], BUILD_SECONDS)
+        _, listed = self._test(tests, "--show-only=json-v1")  # They are numbered without those left out.
         programs = [os.path.basename(test["command"][0]) for test in json.loads(listed)["tests"]]
         return [str(number) for number, name in enumerate(programs, 1) if name in changed or any(
             name.startswith(program.removesuffix("child")) or not program.endswith("_child") for program in started)]
