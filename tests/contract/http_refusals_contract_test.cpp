@@ -50,6 +50,27 @@ TEST(HttpSessionDeathTest, AnswersWithAnErrorWhenNoThreadCanStartAndTriesAgainWi
     EXPECT_EXIT(std::exit(answerWithoutThreads()), ::testing::ExitedWithCode(0), "");
 }
 
+int answerWithoutDescriptors() {
+    const ScriptedServer server(always({Send{answerBytes(200, "after all")}}));
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const int lowestFree = dup(STDERR_FILENO);
+    close(lowestFree);
+    const rlim_t before = std::exchange(limit.rlim_cur, static_cast<rlim_t>(lowestFree));
+    setrlimit(RLIMIT_NOFILE, &limit);
+    const Result refused = resultOf(get(server.url("/")));
+    limit.rlim_cur = before;
+    setrlimit(RLIMIT_NOFILE, &limit);
+    if (!refused.error || refused.response) return 2;
+    return resultOf(get(server.url("/"))).body == "after all" ? 0 : 3;
+}
+
+TEST(HttpSessionDeathTest, AnswersWithAnErrorWhenNoDescriptorIsFreeAndTriesAgainWithTheNextRequest) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+
+    EXPECT_EXIT(std::exit(answerWithoutDescriptors()), ::testing::ExitedWithCode(0), "");
+}
+
 #ifdef __linux__
 constexpr int noRightToTry = 77;
 

@@ -41,6 +41,11 @@ TEST(Json, OnlyAStringIsAString) {
     EXPECT_EQ(member("42").asString(), nullptr);
 }
 
+TEST(Json, ListsAndObjectsKeepTheirValuesInOrder) {
+    const std::string json = R"({"a":[1,"b",[true,null],{"d":2,"c":[]}],"b":{}})";
+    EXPECT_EQ(jsonDataFrom(*jsonObjectFrom(json)), json);
+}
+
 TEST(Json, OfTwoMembersOfOneNameTheFirstCounts) {
     EXPECT_EQ(jsonObjectFrom(R"({"a":1,"\u0061":2})")->find("a")->asInteger(), 1);
 }
