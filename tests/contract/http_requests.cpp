@@ -44,8 +44,7 @@ Result resultOf(std::future<Result> future) {
 Result resultOf(HttpRequest request) { return resultOf(send(std::move(request))); }
 
 HttpRequest get(const std::string& url, std::chrono::seconds timeoutInterval) {
-    return {
-        .url = Url::parse(url).value(), .method = "GET", .headers = {}, .body = {}, .timeoutInterval = timeoutInterval};
+    return {.url = Url::parse(url).value(), .headers = {}, .body = {}, .timeoutInterval = timeoutInterval};
 }
 
 HttpRequest post(const std::string& url, std::string body, std::chrono::seconds timeoutInterval) {

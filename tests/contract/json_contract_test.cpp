@@ -41,6 +41,10 @@ TEST(Json, OnlyAStringIsAString) {
     EXPECT_EQ(member("42").asString(), nullptr);
 }
 
+TEST(Json, TheSmallestIntegerMayBeWrittenAsARealNumber) {
+    EXPECT_EQ(member("-9223372036854775808.0").asInteger(), INT64_MIN);
+}
+
 TEST(Json, ListsAndObjectsKeepTheirValuesInOrder) {
     const std::string json = R"({"a":[1,"b",[true,null],{"d":2,"c":[]}],"b":{}})";
     EXPECT_EQ(jsonDataFrom(*jsonObjectFrom(json)), json);

@@ -118,9 +118,14 @@ struct FailingEncoder {
 };
 
 TEST(HardwareInfo, TheFirstWriteThatFailsEndsTheEncodingWithItsError) {
-    FailingEncoder encoder{.failsAt = 3};
-    EXPECT_EQ(sample().encode(encoder), "full");
-    EXPECT_EQ(encoder.written, (std::vector<std::string>{"os", "processor", "graphicsCard"}));
+    const std::vector<std::string> keys = {"os",           "processor", "graphicsCard", "ramGB",          "ramType",
+                                           "ramFrequency", "storageGB", "storageType",  "directxVersion", "gpuMemory"};
+    for (std::size_t failsAt = 1; failsAt <= keys.size(); ++failsAt) {
+        FailingEncoder encoder{.failsAt = failsAt};
+        EXPECT_EQ(sample().encode(encoder), "full") << failsAt;
+        const auto last = keys.begin() + static_cast<std::ptrdiff_t>(failsAt);
+        EXPECT_EQ(encoder.written, std::vector<std::string>(keys.begin(), last));
+    }
 }
 
 TEST(CodingKeys, AreFoundByTheirExactTextInDeclarationOrder) {
