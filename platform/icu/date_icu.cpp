@@ -25,14 +25,11 @@ std::string environmentLocale() {
     return "C";
 }
 
-// "th_TH.UTF-8" names a locale and an encoding; ICU wants the former.
+// Without the encoding that the environment may name: "th_TH" for "th_TH.UTF-8".
 std::string dateLocale() {
-    std::string name = environmentLocale();
-    const std::size_t encoding = name.find('.');
-    if (encoding != std::string::npos) name.erase(encoding, name.find('@', encoding) - encoding);
     std::array<char, ULOC_FULLNAME_CAPACITY> canonical{};
     UErrorCode error = U_ZERO_ERROR;
-    uloc_canonicalize(name.c_str(), canonical.data(), canonical.size() - 1, &error);
+    uloc_canonicalize(environmentLocale().c_str(), canonical.data(), canonical.size() - 1, &error);
     return U_SUCCESS(error) ? canonical.data() : "en_US_POSIX";
 }
 
