@@ -43,9 +43,9 @@ void application::run(const WindowGroup& scene) {
 
     WindowOnScreen window(scene);
     window.open();
-    QApplication::exec();
+    const int status = QApplication::exec();
     // Not through exit(): that would take down what requests and commands under way are still using.
-    _exit(0);
+    _exit(status);
 }
 
 void application::terminate() { QCoreApplication::exit(0); }
