@@ -122,6 +122,14 @@ QBoxLayout::Direction directionOf(const Stack& stack) {
     return stack.axis == Axis::vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
 }
 
+// For widgets with an accessible element of their own (accessible_elements.cpp). Newer versions of the toolkit make the
+// element as soon as the widget gets its parent, and before the constructor is through it is only a QWidget.
+template <typename Widget>
+Widget* placed(Widget* made, QWidget* parent) {
+    made->setParent(parent);
+    return made;
+}
+
 }  // namespace
 
 RenderedView::RenderedView(const View& view, QWidget* parent, Inherited inherited) {
@@ -148,15 +156,15 @@ void RenderedView::make(const View& view, QWidget* parent, Inherited inherited) 
         own_ = new SymbolIcon(parent);
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
         const auto* spoken = modifierOf<Spoken>(view);
-        own_ = spoken != nullptr ? new SpokenGroup(parent, spoken->announced) : new QWidget(parent);
+        own_ = spoken != nullptr ? placed(new SpokenGroup(spoken->announced), parent) : new QWidget(parent);
         makeStack(*stack, inherited);
     } else if (const auto* button = std::get_if<Button>(&element)) {
-        auto* made = new ActionButton(parent);
+        auto* made = placed(new ActionButton, parent);
         own_ = made;
         children_.emplace_back(button->label.front(), made, inherited);
         made->setLabel(children_.front().widget());
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
-        auto* made = new FlexibleScrollArea(parent);
+        auto* made = placed(new FlexibleScrollArea, parent);
         own_ = made;
         children_.emplace_back(area->content.front(), made->viewport(), inherited);
         made->setWidget(children_.front().widget());

@@ -8,7 +8,7 @@
 
 namespace platform {
 
-ActionButton::ActionButton(QWidget* parent) : QAbstractButton(parent) {
+ActionButton::ActionButton() {
     setFocusPolicy(Qt::StrongFocus);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

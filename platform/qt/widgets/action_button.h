@@ -8,7 +8,7 @@ namespace platform {
 
 class ActionButton : public QAbstractButton {
   public:
-    explicit ActionButton(QWidget* parent);
+    ActionButton();
 
     // The label stays the same widget for good, and passes every click on.
     void setLabel(QWidget* label);

@@ -34,8 +34,8 @@ class FocusRing : public QWidget {
 
 }  // namespace
 
-FlexibleScrollArea::FlexibleScrollArea(QWidget* parent)
-    : QScrollArea(parent), bar_(new SlimScrollBar(verticalScrollBar(), this)), focusRing_(new FocusRing(this)) {
+FlexibleScrollArea::FlexibleScrollArea()
+    : bar_(new SlimScrollBar(verticalScrollBar(), this)), focusRing_(new FocusRing(this)) {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -10,7 +10,7 @@ namespace platform {
 // While there is something to scroll it takes the focus, for the arrow and page keys.
 class FlexibleScrollArea : public QScrollArea {
   public:
-    explicit FlexibleScrollArea(QWidget* parent);
+    FlexibleScrollArea();
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;

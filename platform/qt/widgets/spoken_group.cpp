@@ -4,7 +4,7 @@
 
 namespace platform {
 
-SpokenGroup::SpokenGroup(QWidget* parent, bool isAnnounced) : QWidget(parent), isAnnounced_(isAnnounced) {}
+SpokenGroup::SpokenGroup(bool isAnnounced) : isAnnounced_(isAnnounced) {}
 
 void SpokenGroup::setWords(const QString& words) {
     if (words == accessibleName()) return;

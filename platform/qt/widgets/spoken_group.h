@@ -8,7 +8,7 @@ namespace platform {
 class SpokenGroup : public QWidget {
   public:
     // One that is announced is said by itself when it comes and when its words change.
-    SpokenGroup(QWidget* parent, bool isAnnounced);
+    explicit SpokenGroup(bool isAnnounced);
 
     void setWords(const QString& words);
 
