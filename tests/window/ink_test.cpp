@@ -8,6 +8,7 @@
 
 #include "platform/qt/widgets/spinner.h"
 #include "platform/qt/widgets/symbol_icon.h"
+#include "platform/qt/widgets/text_label.h"
 #include "tests/window/appearance.h"
 #include "tests/window/scenes.h"
 
@@ -55,6 +56,19 @@ class WindowInk : public ScenicWindow {
         return nullptr;
     }
 };
+
+TEST(TextInk, IsBrokenAtTheWidthThatTheTextIsDrawnIn) {
+    platform::TextLabel text(nullptr);
+    text.setContent({.text = "WWWWWWWW WWWWWWWW"}, platform::Color::primary);
+    text.resize(text.sizeHint().width() * 2 / 3, 2 * text.sizeHint().height());  // Nobody asks how high that has to be.
+    const QImage image = text.grab().toImage();
+    const QRgb ground = image.pixel(0, 0);
+    bool second = false;
+    for (int y = image.height() / 2; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) second = second || image.pixel(x, y) != ground;
+    }
+    EXPECT_TRUE(second) << "the second word should be on a line of its own";
+}
 
 TEST_F(WindowInk, HeaderBannerAndButtonTextsAreInTheMiddleToTheEye) {
     bringAbout("detected");
