@@ -12,7 +12,7 @@ using Work = std::function<void()>;
 // not run when the application ends never runs.
 namespace mainQueue {
 
-// Both return at once; safe from any thread once the application runs.
+// Both return at once; safe from any thread once the application runs. The delay counts from the call.
 void async(Work work);
 void asyncAfter(std::chrono::milliseconds delay, Work work);
 

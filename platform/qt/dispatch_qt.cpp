@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QTimer>
+#include <algorithm>
+#include <chrono>
 #include <deque>
 #include <mutex>
 #include <system_error>
@@ -62,10 +64,14 @@ void mainQueue::async(Work work) {
 }
 
 void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
-    // A timer belongs to the thread that starts it, and only the main one is sure to run an event loop. The coarse kind
-    // would be up to a twentieth early.
-    async([delay, work = std::move(work)] {
-        QTimer::singleShot(delay, Qt::PreciseTimer, QCoreApplication::instance(), work);
+    using std::chrono::steady_clock;
+    // The deadline counts from the call, however long the main thread is busy before it can start the timer. A timer
+    // belongs to the thread that starts it, and only the main one is sure to run an event loop. The coarse kind would
+    // be up to a twentieth early.
+    async([deadline = steady_clock::now() + delay, work = std::move(work)] {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
+        QTimer::singleShot(std::max(left, std::chrono::milliseconds(0)), Qt::PreciseTimer, QCoreApplication::instance(),
+                           work);
     });
 }
 

@@ -91,6 +91,22 @@ TEST(MainQueue, DelayedWorkIsNeverEarlyAndHoldsNothingBack) {
     EXPECT_EQ(order, (std::vector<std::string>{"now", "soon", "late"}));
 }
 
+// The main thread is busy past the first deadline; by then a timer that only started now would be the later one.
+TEST(MainQueue, ADelayCountsFromTheCallWhileTheMainThreadIsBusy) {
+    std::vector<std::string> order;
+    mainQueue::async([&order] {
+        const auto deadline = std::chrono::steady_clock::now() + 200ms;
+        mainQueue::asyncAfter(200ms, [&order] { order.emplace_back("first"); });
+        while (std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+        mainQueue::asyncAfter(100ms, [&order] {
+            order.emplace_back("second");
+            endMainQueue();
+        });
+    });
+    runMainQueue();
+    EXPECT_EQ(order, (std::vector<std::string>{"first", "second"}));
+}
+
 TEST(MainQueue, DelayedWorkMayBePostedFromAnyThread) {
     const std::thread::id mainThread = std::this_thread::get_id();
     std::thread poster([mainThread] {
