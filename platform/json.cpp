@@ -8,9 +8,10 @@ namespace platform {
 
 namespace {
 
-// Both bounds are exact as doubles; the upper one is the first value too large.
-constexpr double smallestInteger = -9223372036854775808.0;
-constexpr double beyondLargestInteger = 9223372036854775808.0;
+// The first doubles that may stand for a number outside of 64 bits, and no longer count as integers: the lower one is
+// also what -9223372036854775809 becomes.
+constexpr double belowIntegers = -9223372036854775808.0;
+constexpr double beyondIntegers = 9223372036854775808.0;
 
 }  // namespace
 
@@ -38,7 +39,7 @@ std::optional<std::int64_t> JsonValue::asInteger() const {
     if (const auto* integer = std::get_if<std::int64_t>(&content_)) return *integer;
     const auto* number = std::get_if<double>(&content_);
     if (number == nullptr || std::trunc(*number) != *number) return std::nullopt;
-    if (*number < smallestInteger || *number >= beyondLargestInteger) return std::nullopt;
+    if (*number <= belowIntegers || *number >= beyondIntegers) return std::nullopt;
     return static_cast<std::int64_t>(*number);
 }
 

@@ -1,11 +1,17 @@
 // JSON read and written by Boost.JSON.
 #include "platform/json.h"
 
+#ifdef __APPLE__
+#include <xlocale.h>
+#endif
+
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
 #include <boost/system/error_code.hpp>
+#include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include "platform/text.h"
@@ -16,6 +22,12 @@ namespace {
 
 namespace json = boost::json;
 using boost::system::error_code;
+
+// Infinite when it is too large. Not strtod, whose decimal point is the locale's.
+double nearestDouble(const std::string& text) {
+    static const locale_t noLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return strtod_l(text.c_str(), nullptr, noLocale);
+}
 
 // Builds our value while the parser reads. The library's own document would keep the last of two members of one name,
 // and the first is the one that counts.
@@ -48,18 +60,12 @@ class Builder {
         return place(std::exchange(gathered_, {}));
     }
 
-    bool on_number_part(json::string_view, error_code&) { return true; }
-    bool on_int64(std::int64_t number, json::string_view, error_code&) { return place(JsonValue::Content(number)); }
-    bool on_uint64(std::uint64_t number, json::string_view, error_code&) {
-        return place(JsonValue::Content(static_cast<double>(number)));
-    }
-    bool on_double(double number, json::string_view, error_code& error) {
-        if (!std::isfinite(number)) {
-            error = json::error::exponent_overflow;
-            return false;
-        }
-        return place(JsonValue::Content(number));
-    }
+    // A number is read from its text here. The library's own reading of it differs from version to version, in the last
+    // digits and at the edges of 64 bits.
+    bool on_number_part(json::string_view part, error_code&) { return gather(part); }
+    bool on_int64(std::int64_t, json::string_view part, error_code& error) { return placeNumber(part, error); }
+    bool on_uint64(std::uint64_t, json::string_view part, error_code& error) { return placeNumber(part, error); }
+    bool on_double(double, json::string_view part, error_code& error) { return placeNumber(part, error); }
     bool on_bool(bool boolean, error_code&) { return place(JsonValue::Content(boolean)); }
     bool on_null(error_code&) { return place(JsonValue::Content(nullptr)); }
 
@@ -87,6 +93,18 @@ class Builder {
         open_.pop_back();
         return std::visit([this](auto& content) { return place(JsonValue::Content(std::move(content))); },
                           closed.content);
+    }
+
+    bool placeNumber(json::string_view part, error_code& error) {
+        gather(part);
+        const std::string text = std::exchange(gathered_, {});
+        if (const std::optional<std::int64_t> integer = integerFrom(text)) return place(JsonValue::Content(*integer));
+        const double number = nearestDouble(text);
+        if (!std::isfinite(number)) {
+            error = json::error::exponent_overflow;
+            return false;
+        }
+        return place(JsonValue::Content(number));
     }
 
     bool place(JsonValue value) {

@@ -17,7 +17,8 @@ JsonValue member(const std::string& json) { return *jsonObjectFrom("{\"a\":" + j
 TEST(Json, ConvertsToABooleanFromBooleansZeroAndOne) {
     for (const char* json : {"true", "1", "1.0"}) EXPECT_EQ(member(json).asBool(), true) << json;
     for (const char* json : {"false", "0", "0.0", "-0", "0e5"}) EXPECT_EQ(member(json).asBool(), false) << json;
-    for (const char* json : {"2", "-1", "0.5", "\"true\"", "null", "[]", "{}"}) {
+    for (const char* json :
+         {"2", "-1", "0.5", "0.9999999999999999", "1.0000000000000002", "\"true\"", "null", "[]", "{}"}) {
         EXPECT_EQ(member(json).asBool(), std::nullopt) << json;
     }
 }
@@ -31,18 +32,39 @@ TEST(Json, ConvertsToAnIntegerFromNumbersWithoutAFraction) {
     EXPECT_EQ(member("9007199254740993").asInteger(), 9007199254740993);
     EXPECT_EQ(member("-9223372036854775808").asInteger(), INT64_MIN);
     EXPECT_EQ(member("true").asInteger(), 1);
-    for (const char* json : {"42.5", "1e-1", "1e19", "9223372036854775808", "18446744073709551615", "\"42\"", "null"}) {
+    for (const char* json : {"42.5", "41.99999999999999", "1e-1", "1e19", "\"42\"", "null"}) {
         EXPECT_EQ(member(json).asInteger(), std::nullopt) << json;
+    }
+}
+
+TEST(Json, ANumberBeyondSixtyFourBitsIsNoInteger) {
+    EXPECT_EQ(member("9223372036854775807").asInteger(), INT64_MAX);
+    EXPECT_EQ(member("-9223372036854775808").asInteger(), INT64_MIN);
+    EXPECT_EQ(member("-9223372036854774784.0").asInteger(), -9223372036854774784);
+    // Written as a real number, the smallest integer is the same double as the numbers just below it.
+    for (const char* json :
+         {"-9223372036854775808.0", "-9223372036854775809", "-9223372036854775809.0", "-18446744073709551616", "-1e19",
+          "9223372036854775808", "9223372036854775808.0", "18446744073709551615", "18446744073709551616",
+          "100000000000000000000000000000000000000"}) {
+        EXPECT_EQ(member(json).asInteger(), std::nullopt) << json;
+    }
+}
+
+// The nearest double is the same with every version of the library.
+TEST(Json, ANumberWithAFractionIsTheNearestDouble) {
+    for (const auto& [json, number] :
+         {std::pair("0.9999999999999999", 0.9999999999999999), std::pair("0.1", 0.1), std::pair("5e-324", 5e-324),
+          std::pair("1.7976931348623157e308", 1.7976931348623157e308),
+          std::pair("123456789012345678.25", 123456789012345678.25),
+          std::pair("2.2250738585072011e-308", 2.2250738585072011e-308),
+          std::pair("9007199254740993.0", 9007199254740992.0)}) {
+        EXPECT_EQ(std::get<double>(member(json).content()), number) << json;
     }
 }
 
 TEST(Json, OnlyAStringIsAString) {
     EXPECT_EQ(*member(R"("a\u00e9\ud83d\udd0d\n\u0000")").asString(), std::string("a\u00E9\U0001F50D\n\0", 9));
     EXPECT_EQ(member("42").asString(), nullptr);
-}
-
-TEST(Json, TheSmallestIntegerMayBeWrittenAsARealNumber) {
-    EXPECT_EQ(member("-9223372036854775808.0").asInteger(), INT64_MIN);
 }
 
 TEST(Json, ListsAndObjectsKeepTheirValuesInOrder) {

@@ -79,6 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"ANegativeId", R"({"hardware_id":-7})", site, "http://site.example?hardware_id=-7", "-7"},
         Case{"TheLargestId", R"({"hardware_id":9223372036854775807})", site,
              "http://site.example?hardware_id=9223372036854775807", "9223372036854775807"},
+        Case{"ATooSmallNumberIsNoId", R"({"hardware_id":-9223372036854775809})", site, site, ""},
         Case{"ATooLargeNumberIsNoId", R"({"hardware_id":9223372036854775808})", site, site, ""},
         Case{"AnEmptyTextIsAnId", R"({"hardware_id":""})", site, "http://site.example?hardware_id=", ""},
         Case{"ATextOfDigitsStaysText", R"({"hardware_id":"007"})", site, "http://site.example?hardware_id=007", "007"},
