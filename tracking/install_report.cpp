@@ -37,8 +37,10 @@ std::string textOf(const platform::JsonObject& body) {
 void logWhetherCreated(const std::string& body) {
     const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(body);
     if (!answer) return;
-    const platform::JsonValue* created = answer->find("created");
-    if (created != nullptr && created->asBool().value_or(false)) {
+    // A number is not a boolean here, although 1 converts to one.
+    const platform::JsonValue* member = answer->find("created");
+    const bool* created = member != nullptr ? std::get_if<bool>(&member->content()) : nullptr;
+    if (created != nullptr && *created) {
         log("   📝 New install created");
     } else {
         log("   ♻️ Install already existed, updated");

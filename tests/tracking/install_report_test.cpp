@@ -68,7 +68,8 @@ TEST_F(InstallReport, ANewInstallIsToldAndKept) {
 }
 
 TEST_F(InstallReport, AKnownInstallIsToldWhenCreatedIsFalseAbsentOrNoBoolean) {
-    for (const char* body : {R"({"created":false})", "{}", R"({"created":"true"})", R"({"created":null})"}) {
+    for (const char* body : {R"({"created":false})", "{}", R"({"created":"true"})", R"({"created":null})",
+                             R"({"created":1})", R"({"created":1.0})"}) {
         standIn::reset();
         EXPECT_EQ(linesFor(answered(200, body)).back(), "   ♻️ Install already existed, updated") << body;
         EXPECT_EQ(machine().defaults[flag], "1");
