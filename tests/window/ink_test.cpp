@@ -134,16 +134,18 @@ TEST_F(WindowInk, TheSpinnerTurns) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return window_.grab().toImage().copy(place) != before; }, 30'000));
 }
 
-// Somebody who looks for it finds it; a window that nobody touches costs nothing.
-TEST_F(WindowInk, TheCaretBlinksForTenSecondsAfterTheLastKeyAndThenStandsStill) {
+// The blink time is the whole application's: a field that changed it would change every later window's caret.
+TEST_F(WindowInk, TheFieldLeavesTheApplicationsCaretBlinking) {
     const QStyleHints& hints = *QGuiApplication::styleHints();
     const int flashTime = hints.cursorFlashTime();
     ASSERT_GT(flashTime, 0);
     field()->setFocus();
     QTest::keyClick(field(), Qt::Key_X);
-    EXPECT_EQ(hints.cursorFlashTime(), flashTime);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return hints.cursorFlashTime() == 0; }, 60'000));
-    QTest::keyClick(field(), Qt::Key_X);
+    // Whatever timer the field may have started runs out now.
+    for (int timer = 1; timer < 1000; ++timer) {
+        QTimerEvent runsOut(timer);
+        QCoreApplication::sendEvent(field(), &runsOut);
+    }
     EXPECT_EQ(hints.cursorFlashTime(), flashTime);
 }
 

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QPainter>
 #include <QSignalBlocker>
-#include <QStyleHints>
 #include <limits>
 
 #include "platform/qt/widgets/palette.h"
@@ -16,13 +15,9 @@ constexpr int fieldHeight = 22;
 constexpr double borderRadius = 5;
 constexpr int textInset = 4;  // Beyond the two pixels that the toolkit keeps by itself.
 
-// Long enough to be found; a window that nobody touches should then cost nothing.
-constexpr int blinkingTime = 10'000;  // milliseconds
-
 }  // namespace
 
-AddressField::AddressField(QWidget* parent)
-    : QLineEdit(parent), flashTime_(QGuiApplication::styleHints()->cursorFlashTime()) {
+AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setTextMargins(textInset, 0, textInset, 0);
     setMaxLength(std::numeric_limits<int>::max());
@@ -47,28 +42,6 @@ void AddressField::setContent(const TextField& field) {
     if (newText == text()) return;
     const QSignalBlocker noEcho(this);
     setText(newText);
-}
-
-bool AddressField::event(QEvent* event) {
-    switch (event->type()) {
-        case QEvent::FocusIn:
-        case QEvent::KeyPress:
-        case QEvent::MouseButtonPress: blinkForAWhile(); break;
-        default: break;
-    }
-    return QLineEdit::event(event);
-}
-
-void AddressField::blinkForAWhile() {
-    if (!blinking_.isActive()) QGuiApplication::styleHints()->setCursorFlashTime(flashTime_);
-    blinking_.start(blinkingTime, this);
-}
-
-// The caret stands still where it is.
-void AddressField::timerEvent(QTimerEvent* event) {
-    if (event->timerId() != blinking_.timerId()) return QLineEdit::timerEvent(event);
-    blinking_.stop();
-    QGuiApplication::styleHints()->setCursorFlashTime(0);
 }
 
 void AddressField::paintEvent(QPaintEvent* event) {
