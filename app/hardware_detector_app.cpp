@@ -2,6 +2,7 @@
 
 #include "app/content_view.h"
 #include "platform/application.h"
+#include "platform/log.h"
 
 platform::WindowGroup HardwareDetectorApp::body() const {
     return {.name = "Hardware Detector", .width = 600, .height = 500, .content = [] {
@@ -9,4 +10,7 @@ platform::WindowGroup HardwareDetectorApp::body() const {
             }};
 }
 
-void HardwareDetectorApp::main() { platform::application::run(HardwareDetectorApp().body()); }
+void HardwareDetectorApp::main() {
+    platform::beginLog();
+    platform::application::run(HardwareDetectorApp().body());
+}

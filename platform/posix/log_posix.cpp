@@ -20,22 +20,15 @@ void openMissingStandardDescriptors() {
     if (descriptor >= 0) close(descriptor);
 }
 
-// Libraries print to standard output when they please, and whatever the program starts would inherit it. So the log
-// takes the descriptor for itself, hidden from children, before main begins, and leaves standard error in its place.
-FILE* takeStandardOutput() {
-    openMissingStandardDescriptors();
-    std::signal(SIGPIPE, SIG_IGN);  // A reader that has gone away is no reason to end.
-    const int descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    if (descriptor < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0) return nullptr;
-    return fdopen(descriptor, "w");
-}
-
-FILE* const output = takeStandardOutput();
+// Null until beginLog() and when there is no descriptor left for it.
+FILE* output = nullptr;
 
 bool isForATerminal() {
     static const bool is = isatty(fileno(output)) != 0;
     return is;
 }
+
+bool isLineEnding(std::string_view text) { return text.starts_with('\n') || text.starts_with("\r\n"); }
 
 // A terminal obeys control characters, so that an answer could move the cursor and write over lines that tell of it.
 // There they are shown as the pictures that Unicode has of them.
@@ -44,7 +37,8 @@ std::string withControlsVisible(std::string_view text) {
     std::string visible;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const auto byte = static_cast<unsigned char>(text[at]);
-        const bool isControl = (byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F;
+        const bool isObeyed = byte == '\t' || isLineEnding(text.substr(at));
+        const bool isControl = (byte < 0x20 && !isObeyed) || byte == 0x7F;
         const unsigned char next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
         if (isControl) {
             visible += "\xE2\x90";
@@ -60,7 +54,7 @@ std::string withControlsVisible(std::string_view text) {
 }
 
 void write(std::string_view text) {
-    if (text.empty()) return;  // It may point nowhere.
+    if (text.empty()) return;  // Its data() may be null.
     if (isForATerminal()) {
         const std::string visible = withControlsVisible(text);
         std::fwrite(visible.data(), 1, visible.size(), output);
@@ -70,6 +64,13 @@ void write(std::string_view text) {
 }
 
 }  // namespace
+
+void beginLog() {
+    openMissingStandardDescriptors();
+    std::signal(SIGPIPE, SIG_IGN);
+    const int descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (descriptor >= 0 && dup2(STDERR_FILENO, STDOUT_FILENO) >= 0) output = fdopen(descriptor, "w");
+}
 
 void log(std::string_view message, std::string_view value) {
     if (output == nullptr) return;

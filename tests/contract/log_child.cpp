@@ -27,6 +27,7 @@ void logFromThreads() {
 }  // namespace
 
 int main(int, char** argv) {
+    platform::beginLog();
     const std::string what = argv[1];
     if (what == "line-and-wait") {
         log("here");
@@ -36,6 +37,8 @@ int main(int, char** argv) {
         log("");
     } else if (what == "controls") {
         log("\x1B[2J\r", "\x7F \t \xC2\x9B \xC3\xA9");
+    } else if (what == "line-endings") {
+        log("CR LF\r\n", "LF\nCR\rLF CR\n\r");
     } else if (what == "threads") {
         logFromThreads();
     } else if (what == "strangers") {

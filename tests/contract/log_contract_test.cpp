@@ -34,6 +34,12 @@ TEST(Log, ATerminalShowsControlCharactersAndDoesNotObeyThem) {
               "\xE2\x90\x9B[2J\xE2\x90\x8D\xE2\x90\xA1 \t \xEF\xBF\xBD \xC3\xA9\r\n");
 }
 
+// The terminal itself puts a CR before each LF.
+TEST(Log, ATerminalGetsLineEndingsAsTheyAre) {
+    EXPECT_EQ(shell("script -qec '" CHILD_PATH " line-endings' /dev/null </dev/null").output,
+              "CR LF\r\r\nLF\r\nCR\xE2\x90\x8DLF CR\r\n\xE2\x90\x8D\r\n");
+}
+
 TEST(Log, LinesOfSeveralThreadsNeverMix) {
     std::istringstream lines(shell(CHILD_PATH " threads").output);
     std::map<char, int> counts;

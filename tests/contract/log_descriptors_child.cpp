@@ -29,6 +29,7 @@ void logLongAndShortLines() {
 }  // namespace
 
 int main(int, char** argv) {
+    platform::beginLog();
     const std::string what = argv[1];
     if (what == "beside-a-file") {
         if (open(argv[2], O_WRONLY | O_CREAT, 0600) < 0) return 1;

@@ -154,6 +154,8 @@ void mainQueue::async(Work work) {
 }
 
 void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
+void beginLog() {}
+
     machine().delayed.emplace_back(delay, std::move(work));
 }
 
