@@ -13,9 +13,9 @@ std::string AppTracker::getDeviceId() {
     // Trusted as it stands, the empty text included: an id that changes is worse than an odd one.
     if (const std::optional<std::string> stored = platform::userDefaults::string(deviceIdKey)) return *stored;
 
-    // A random id is kept like the machine's own. If another start of this program has stored one since, that is the
-    // device's id.
-    return platform::userDefaults::setStringIfAbsent(deviceIdKey, getMachineUUID());
+    const std::string id = getMachineUUID();
+    platform::userDefaults::setString(deviceIdKey, id);
+    return id;
 }
 
 std::string AppTracker::getMachineUUID() {

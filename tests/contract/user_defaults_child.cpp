@@ -1,5 +1,5 @@
 // Does with the store what its arguments say, and prints what it is told: "get KEY", "set KEY TEXT", "bool KEY 0|1",
-// "absent KEY TEXT" (setStringIfAbsent), "pause" (until a line comes in), one after another.
+// "pause" (until a line comes in), one after another.
 #include "platform/user_defaults.h"
 
 #include <cstdio>
@@ -20,10 +20,8 @@ int main(int argc, char** argv) {
             std::printf("%s\n", text ? ("[" + *text + "]").c_str() : "none");
         } else if (action == "set") {
             userDefaults::setString(key, argv[++at]);
-        } else if (action == "bool") {
-            userDefaults::setBool(key, std::string(argv[++at]) == "1");
         } else {
-            std::printf("[%s]\n", userDefaults::setStringIfAbsent(key, argv[++at]).c_str());
+            userDefaults::setBool(key, std::string(argv[++at]) == "1");
         }
         std::fflush(stdout);
     }

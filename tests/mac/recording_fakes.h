@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <optional>
 #include <string>
@@ -23,14 +22,8 @@ struct Array {
     bool operator==(const Array&) const = default;
 };
 
-// An integer that 64 bits do not hold.
-struct HugeInteger {
-    double nearestReal;
-    bool operator==(const HugeInteger&) const = default;
-};
-
 // What an object holds. Strings are UTF-16, as CoreFoundation counts their length.
-using Value = std::variant<std::u16string, std::int64_t, double, bool, Array, HugeInteger>;
+using Value = std::variant<std::u16string, std::int64_t, double, bool, Array>;
 using Values = std::map<std::u16string, Value>;
 
 struct Mac {
@@ -42,7 +35,6 @@ struct Mac {
     // The preferences: as this process sees them, and as they are stored since it last synchronized.
     Values preferences;
     Values storedPreferences;
-    std::deque<Values> fromOtherProcesses;  // One of these arrives with each synchronization.
 
     // Dates.
     bool hasLocale = true;

@@ -126,17 +126,12 @@ std::optional<std::string> userDefaults::string(const std::string& key) {
 
 void userDefaults::setString(const std::string& key, const std::string& value) {
     const std::lock_guard lock(standIn::mutex);
+    machine().beforeStore();
     machine().defaults[key] = value;
     standIn::happened("store " + key);
 }
 
 void userDefaults::setBool(const std::string& key, bool value) { setString(key, value ? "1" : "0"); }
-
-std::string userDefaults::setStringIfAbsent(const std::string& key, const std::string& value) {
-    if (const auto present = string(key)) return *present;
-    setString(key, value);
-    return value;
-}
 
 std::string currentDate(const std::string& pattern) {
     machine().datePatterns.push_back(pattern);
@@ -154,12 +149,12 @@ void mainQueue::async(Work work) {
 }
 
 void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
-void beginLog() {}
-
     machine().delayed.emplace_back(delay, std::move(work));
 }
 
 void userInitiatedQueue::async(Work work) { machine().background.push_back(std::move(work)); }
+
+void beginLog() {}
 
 void log(std::string_view message, std::string_view value) {
     const std::lock_guard lock(standIn::mutex);

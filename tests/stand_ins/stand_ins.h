@@ -48,6 +48,7 @@ struct Machine {
 
     // user_defaults.h: everything as text.
     std::map<std::string, std::string> defaults;
+    std::function<void()> beforeStore = [] {};  // What others do just before a value is stored.
 
     // date.h: the texts of one call after another, the last one for all that follow.
     std::vector<std::string> dates = {"2026-11-20"};

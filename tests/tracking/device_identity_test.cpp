@@ -46,6 +46,14 @@ TEST_F(DeviceIdentity, IsARandomUuidKeptForGoodWhenTheMachineDoesNotTell) {
     EXPECT_EQ(AppTracker::getDeviceId(), "RANDOM-1");
 }
 
+// Another start of the program may store an id of its own between the look and the store.
+TEST_F(DeviceIdentity, IsTheVeryIdThatItStores) {
+    machine().platformUuid = std::nullopt;
+    machine().beforeStore = [] { machine().defaults[key] = "ANOTHER"; };
+    EXPECT_EQ(AppTracker::getDeviceId(), "RANDOM-1");
+    EXPECT_EQ(machine().defaults[key], "RANDOM-1");
+}
+
 TEST_F(DeviceIdentity, IsTheSameAfterTheStoreWasClearedOnAMachineThatTells) {
     const std::string before = AppTracker::getDeviceId();
     machine().defaults.clear();

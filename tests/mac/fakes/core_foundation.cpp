@@ -1,4 +1,4 @@
-// CoreFoundation: references, texts, numbers.
+// CoreFoundation: references, texts, booleans.
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <algorithm>
@@ -87,35 +87,3 @@ CFIndex CFStringGetBytes(CFStringRef text, CFRange range, CFStringEncoding encod
     if (usedSize != nullptr) *usedSize = static_cast<CFIndex>(bytes.size());
     return static_cast<CFIndex>(position);
 }
-
-CFTypeID CFNumberGetTypeID() { return number; }
-
-Boolean CFNumberIsFloatType(CFNumberRef object) {
-    const Object* known = livingObject(object, number, "CFNumberIsFloatType");
-    return known != nullptr && std::holds_alternative<double>(known->value);
-}
-
-// Writes the nearest value it can and says whether that is the number itself.
-Boolean CFNumberGetValue(CFNumberRef object, CFNumberType type, void* value) {
-    const Object* known = livingObject(object, number, "CFNumberGetValue");
-    if (known == nullptr) return false;
-    const auto* integer = std::get_if<std::int64_t>(&known->value);
-    const auto* real = std::get_if<double>(&known->value);
-    const auto* huge = std::get_if<HugeInteger>(&known->value);
-    if (type == kCFNumberSInt64Type) {
-        const std::int64_t nearest = integer != nullptr ? *integer
-                                     : real != nullptr  ? static_cast<std::int64_t>(*real)
-                                                        : std::numeric_limits<std::int64_t>::max();
-        *static_cast<std::int64_t*>(value) = nearest;
-        return integer != nullptr || (real != nullptr && static_cast<double>(nearest) == *real);
-    }
-    EXPECT_EQ(type, kCFNumberDoubleType) << "CFNumberGetValue";
-    *static_cast<double*>(value) = integer != nullptr ? static_cast<double>(*integer)
-                                   : real != nullptr  ? *real
-                                                      : huge->nearestReal;
-    return huge == nullptr;
-}
-
-CFTypeID CFBooleanGetTypeID() { return boolean; }
-
-Boolean CFBooleanGetValue(CFBooleanRef object) { return valueOf<bool>(object, boolean, "CFBooleanGetValue"); }

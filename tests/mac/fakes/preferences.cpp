@@ -41,10 +41,6 @@ void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFString
 Boolean CFPreferencesAppSynchronize(CFStringRef application) {
     expectCurrentApplication(application, "CFPreferencesAppSynchronize");
     record("CFPreferencesAppSynchronize");
-    if (!mac().fromOtherProcesses.empty()) {
-        for (const auto& [key, value] : mac().fromOtherProcesses.front()) mac().preferences[key] = value;
-        mac().fromOtherProcesses.pop_front();
-    }
     mac().storedPreferences = mac().preferences;
     return true;
 }

@@ -26,7 +26,6 @@ typedef const void* CFTypeRef;
 typedef CFTypeRef CFPropertyListRef;
 typedef const struct StandInAllocator* CFAllocatorRef;
 typedef const struct StandInString* CFStringRef;
-typedef const struct StandInNumber* CFNumberRef;
 typedef const struct StandInBoolean* CFBooleanRef;
 typedef const struct StandInDictionary* CFDictionaryRef;
 typedef struct StandInDictionary* CFMutableDictionaryRef;
@@ -53,18 +52,8 @@ CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encod
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, UInt8 lossByte,
                          Boolean isExternalRepresentation, UInt8* buffer, CFIndex bufferSize, CFIndex* usedSize);
 
-typedef CFIndex CFNumberType;
-enum : CFNumberType { kCFNumberSInt64Type = 4, kCFNumberDoubleType = 13 };
-
-CFTypeID CFNumberGetTypeID();
-Boolean CFNumberIsFloatType(CFNumberRef number);
-Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
-
 extern const CFBooleanRef kCFBooleanTrue;
 extern const CFBooleanRef kCFBooleanFalse;
-
-CFTypeID CFBooleanGetTypeID();
-Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
 extern const CFStringRef kCFPreferencesCurrentApplication;
 
