@@ -19,12 +19,12 @@ constexpr std::chrono::milliseconds quitDelay{2000};
 }  // namespace
 
 ContentView::ContentView()
-    : websiteUrl(std::string(websiteBaseUrl())),
-      detectedHardware(std::nullopt),
-      isDetecting(false),
-      isSending(false),
-      statusMessage(""),
-      statusType(StatusType::info) {}
+    : websiteUrl(changes, std::string(websiteBaseUrl())),
+      detectedHardware(changes, std::nullopt),
+      isDetecting(changes, false),
+      isSending(changes, false),
+      statusMessage(changes, ""),
+      statusType(changes, StatusType::info) {}
 
 void ContentView::showStatus(StatusType type, const std::string& message) const {
     statusMessage.set(message);

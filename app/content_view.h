@@ -27,6 +27,8 @@ class ContentView {
     // application two seconds later. Returns at once, and does nothing when no hardware is listed.
     void sendToWebsite() const;
 
+    platform::ChangeNotifier changes;  // Tells whoever shows the view that one of the cells has changed.
+
     platform::Cell<std::string> websiteUrl;                        // The address field, as typed.
     platform::Cell<std::optional<HardwareInfo>> detectedHardware;  // Absent until the first detection is over.
     platform::Cell<bool> isDetecting;

@@ -6,7 +6,8 @@
 
 platform::WindowGroup HardwareDetectorApp::body() const {
     return {.name = "Hardware Detector", .width = 600, .height = 500, .content = [] {
-                return [view = ContentView()] { return view.body(); };
+                const ContentView view;
+                return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
             }};
 }
 

@@ -16,7 +16,7 @@ namespace {
 struct ShownView {
     ContentView view;
     platform::Window window{{.name = "Hardware Detector", .width = 600, .height = 500, .content = [view = view] {
-                                 return [view] { return view.body(); };
+                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
                              }}};
 
     ShownView() {

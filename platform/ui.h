@@ -1,8 +1,11 @@
 // The window, described as plain data: what it shows, from the outside in.
 //
 // A view is a value. It is built anew from the state at each change, and the back end that shows it brings the window
-// up to date with the newest value by changing only what differs, so that focus, caret and half-typed text stay. All
-// lengths are in points: one logical pixel each, whatever the screen's scale. Main thread only, but for Cell::get.
+// up to date with the newest value: texts, colours, actions, whether a button is disabled and optional children change
+// in place, so that focus, caret and half-typed text stay. An element of another kind, with other modifiers, another
+// number of children or another spacing, alignment or width replaces the one in its slot, whose focus and caret are
+// lost. When an action or a field's change returns, the window is up to date before any more input comes. All lengths
+// are in points: one logical pixel each, whatever the screen's scale. Main thread only, but for Cell::get.
 #pragma once
 
 #include <functional>
@@ -45,8 +48,8 @@ struct TextField {
     std::string text;
     std::string placeholder;
     std::string accessibleName;  // What a screen reader calls the field.
-    std::function<void(const std::string&)>
-        onChange;  // Called with the whole text at every change that a person makes.
+    // Called with the whole text at every change that a person makes.
+    std::function<void(const std::string&)> onChange;
 };
 
 struct ProgressIndicator {
@@ -105,7 +108,7 @@ struct CornerRadius {
 struct Foreground {  // The colour of every text and indicator inside that names none.
     Color color;
 };
-struct Disabled {
+struct Disabled {  // On a button; other elements are never disabled.
     bool disabled;
 };
 struct Spoken {      // For a screen reader all inside is one, called by all its words; the parts can still be read by
@@ -176,15 +179,26 @@ template <typename MakeView>
     return present ? makeView() : View(Nothing{});
 }
 
-// Tells the back end that the state has changed: every window shown brings itself up to date before the next frame.
-void stateChanged();
+// Tells the window that shows a view that the view's state has changed. Copies tell the same window.
+class ChangeNotifier {
+  public:
+    void observe(std::function<void()> observer) const { *observer_ = std::move(observer); }
+
+    void notify() const {
+        if (*observer_) (*observer_)();
+    }
+
+  private:
+    std::shared_ptr<std::function<void()>> observer_ = std::make_shared<std::function<void()>>();
+};
 
 // One piece of a view's state. Copies share the piece, so a view that holds cells is a cheap handle on its state.
 // Only the main thread sets; get is safe from any thread and gives a whole value, old or new.
 template <typename Value>
 class Cell {
   public:
-    explicit Cell(Value initial) : slot_(std::make_shared<Slot>(std::move(initial))) {}
+    Cell(ChangeNotifier changes, Value initial)
+        : changes_(std::move(changes)), slot_(std::make_shared<Slot>(std::move(initial))) {}
 
     [[nodiscard]] Value get() const {
         const std::lock_guard lock(slot_->mutex);
@@ -196,7 +210,7 @@ class Cell {
             const std::lock_guard lock(slot_->mutex);
             slot_->value = std::move(value);
         }
-        stateChanged();
+        changes_.notify();
     }
 
   private:
@@ -206,18 +220,22 @@ class Cell {
         Value value;
     };
 
+    ChangeNotifier changes_;
     std::shared_ptr<Slot> slot_;
 };
 
 // A window of fixed content size without title bar, moved by its background. How it is closed, whether the application
 // ends with it, and how it is opened again, are the system's customs.
 struct WindowGroup {
-    using Body = std::function<View()>;  // The newest view. Called on the main thread at each change.
+    struct Content {
+        std::function<View()> body;  // The newest view. Called on the main thread at each change.
+        ChangeNotifier changes;      // Says when there is a newer one.
+    };
 
     std::string name;  // What task bars and screen readers call the window; shown nowhere in it.
     int width;
     int height;
-    std::function<Body()> content;  // For a window that opens: a main view of its own, in its initial state.
+    std::function<Content()> content;  // For a window that opens: a main view of its own, in its initial state.
 };
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/qt/view_layers.h"
 #include "platform/qt/widgets/action_button.h"
 #include "platform/qt/widgets/address_field.h"
 #include "platform/qt/widgets/box.h"
@@ -15,53 +16,6 @@ namespace platform {
 
 namespace {
 
-// As many modifiers as one box can show: padding inside a background inside a width.
-struct Layer {
-    BoxLook look;
-    Qt::Alignment alignment;
-    std::optional<int> width;
-};
-
-Qt::Alignment toolkitAlignment(Alignment alignment) {
-    return alignment == Alignment::leading ? Qt::AlignLeft : Qt::AlignHCenter;
-}
-
-QMargins marginsOf(const Padding& padding) {
-    const int length = padding.length;
-    switch (padding.edges) {
-        case Edges::all: return {length, length, length, length};
-        case Edges::horizontal: return {length, 0, length, 0};
-        case Edges::top: return {0, length, 0, 0};
-        case Edges::trailing: return {0, 0, length, 0};
-    }
-    return {};
-}
-
-// The modifiers from the inside out. A padding outside a background needs another box around the first.
-std::vector<Layer> layersOf(const std::vector<Modifier>& modifiers) {
-    std::vector<Layer> layers;
-    const auto layer = [&layers]() -> Layer& {
-        if (layers.empty()) layers.emplace_back();
-        return layers.back();
-    };
-    for (const Modifier& modifier : modifiers) {
-        if (const auto* padding = std::get_if<Padding>(&modifier)) {
-            if (layer().look.background) layers.emplace_back();
-            layer().look.padding += marginsOf(*padding);
-        } else if (const auto* stretch = std::get_if<Stretch>(&modifier)) {
-            layer().alignment = toolkitAlignment(stretch->alignment);
-        } else if (const auto* frame = std::get_if<Frame>(&modifier)) {
-            layer().alignment = toolkitAlignment(frame->alignment);
-            layer().width = frame->width;
-        } else if (const auto* background = std::get_if<Background>(&modifier)) {
-            layer().look.background = *background;
-        } else if (const auto* corners = std::get_if<CornerRadius>(&modifier)) {
-            layer().look.cornerRadius = corners->radius;
-        }
-    }
-    return layers;
-}
-
 template <typename Kind>
 const Kind* modifierOf(const View& view) {
     const Kind* found = nullptr;
@@ -73,8 +27,10 @@ const Kind* modifierOf(const View& view) {
 
 // Whether a view takes all the width it is offered, rather than what its content needs.
 bool fillsWidth(const View& view) {
-    if (modifierOf<Frame>(view) != nullptr) return false;
-    if (modifierOf<Stretch>(view) != nullptr) return true;
+    for (auto modifier = view.modifiers().rbegin(); modifier != view.modifiers().rend(); ++modifier) {
+        if (std::holds_alternative<Frame>(*modifier)) return false;
+        if (std::holds_alternative<Stretch>(*modifier)) return true;
+    }
     const View::Element& element = view.element();
     if (const auto* stack = std::get_if<Stack>(&element)) {
         return std::any_of(stack->children.begin(), stack->children.end(), [stack](const View& child) {
@@ -106,16 +62,40 @@ bool isBusy(const View& view) {
     return std::holds_alternative<ProgressIndicator>(view.element());
 }
 
-RenderedView::Inherited inside(const View& view, RenderedView::Inherited inherited) {
-    if (const auto* foreground = modifierOf<Foreground>(view)) inherited.foreground = foreground->color;
-    return inherited;
+RenderedView::Surroundings inside(const View& view, RenderedView::Surroundings surroundings) {
+    if (const auto* foreground = modifierOf<Foreground>(view)) surroundings.foreground = foreground->color;
+    return surroundings;
 }
 
-std::vector<std::size_t> kindsOf(const std::vector<Modifier>& modifiers) {
-    std::vector<std::size_t> kinds;
-    kinds.reserve(modifiers.size());
-    for (const Modifier& modifier : modifiers) kinds.push_back(modifier.index());
-    return kinds;
+// A copy of the field's description whose changes are followed by what has to come after them.
+TextField withChangeThen(TextField field, std::function<void()> after) {
+    field.onChange = [change = std::move(field.onChange), after = std::move(after)](const std::string& text) {
+        change(text);
+        after();
+    };
+    return field;
+}
+
+// What widgets are made for and keep for good, in numbers: the kinds of the element and of its modifiers, and how they
+// place their content.
+std::vector<int> shapeOf(const View& view) {
+    std::vector<int> shape{static_cast<int>(view.element().index()), static_cast<int>(fillsWidth(view))};
+    const auto add = [&shape](std::vector<int> numbers) { shape.insert(shape.end(), numbers.begin(), numbers.end()); };
+    if (const auto* stack = std::get_if<Stack>(&view.element())) {
+        add({static_cast<int>(stack->axis), static_cast<int>(stack->alignment), stack->spacing,
+             static_cast<int>(stack->children.size())});
+    } else if (const auto* button = std::get_if<Button>(&view.element())) {
+        add(shapeOf(button->label.front()));
+    } else if (const auto* area = std::get_if<ScrollArea>(&view.element())) {
+        add(shapeOf(area->content.front()));
+    }
+    for (const Modifier& modifier : view.modifiers()) {
+        add({static_cast<int>(modifier.index())});
+        if (const auto* stretch = std::get_if<Stretch>(&modifier)) add({static_cast<int>(stretch->alignment)});
+        if (const auto* frame = std::get_if<Frame>(&modifier)) add({frame->width, static_cast<int>(frame->alignment)});
+        if (const auto* spoken = std::get_if<Spoken>(&modifier)) add({static_cast<int>(spoken->announced)});
+    }
+    return shape;
 }
 
 QBoxLayout::Direction directionOf(const Stack& stack) {
@@ -132,20 +112,17 @@ Widget* placed(Widget* made, QWidget* parent) {
 
 }  // namespace
 
-RenderedView::RenderedView(const View& view, QWidget* parent, Inherited inherited) {
-    make(view, parent, inside(view, inherited));
-    update(view, inherited);
+RenderedView::RenderedView(const View& view, QWidget* parent, const Surroundings& surroundings)
+    : shape_(shapeOf(view)) {
+    make(view, parent, inside(view, surroundings));
+    update(view, surroundings);
 }
 
-bool RenderedView::fits(const View& view) const {
-    return view.element().index() == element_ && kindsOf(view.modifiers()) == modifiers_;
-}
+bool RenderedView::fits(const View& view) const { return shapeOf(view) == shape_; }
 
-void RenderedView::make(const View& view, QWidget* parent, Inherited inherited) {
-    element_ = view.element().index();
-    modifiers_ = kindsOf(view.modifiers());
-
+void RenderedView::make(const View& view, QWidget* parent, const Surroundings& surroundings) {
     const View::Element& element = view.element();
+    isEmptySlot_ = std::holds_alternative<Nothing>(element);
     if (std::holds_alternative<Text>(element)) {
         own_ = new TextLabel(parent);
     } else if (std::holds_alternative<TextField>(element)) {
@@ -157,16 +134,16 @@ void RenderedView::make(const View& view, QWidget* parent, Inherited inherited) 
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
         const auto* spoken = modifierOf<Spoken>(view);
         own_ = spoken != nullptr ? placed(new SpokenGroup(spoken->announced), parent) : new QWidget(parent);
-        makeStack(*stack, inherited);
+        makeStack(*stack, surroundings);
     } else if (const auto* button = std::get_if<Button>(&element)) {
         auto* made = placed(new ActionButton, parent);
         own_ = made;
-        children_.emplace_back(button->label.front(), made, inherited);
+        children_.emplace_back(button->label.front(), made, surroundings);
         made->setLabel(children_.front().widget());
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
         auto* made = placed(new FlexibleScrollArea, parent);
         own_ = made;
-        children_.emplace_back(area->content.front(), made->viewport(), inherited);
+        children_.emplace_back(area->content.front(), made->viewport(), surroundings);
         made->setWidget(children_.front().widget());
         made->widget()->installEventFilter(made);
         made->widget()->setAutoFillBackground(false);
@@ -174,23 +151,24 @@ void RenderedView::make(const View& view, QWidget* parent, Inherited inherited) 
 
     outermost_ = own_;
     if (own_ == nullptr) return;
+    bool fills = fillsWidth(View(element));
     for (const Layer& layer : layersOf(view.modifiers())) {
         auto* box = new Box(parent);
-        const bool contentFills = boxes_.empty() ? fillsWidth(View(element)) : true;
-        box->setContent(outermost_, contentFills ? Qt::Alignment() : layer.alignment);
+        box->setContent(outermost_, fills ? Qt::Alignment() : layer.alignment.value_or(Qt::Alignment()));
         if (layer.width) box->setFixedWidth(*layer.width);
+        fills = !layer.width && (fills || layer.stretches);
         boxes_.push_back(box);
         outermost_ = box;
     }
 }
 
-void RenderedView::makeStack(const Stack& stack, Inherited inherited) {
+void RenderedView::makeStack(const Stack& stack, const Surroundings& surroundings) {
     auto* layout = new QBoxLayout(directionOf(stack), own_);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(stack.spacing);
     children_.reserve(stack.children.size());
     for (const View& child : stack.children) {
-        children_.emplace_back(child, own_, inherited);
+        children_.emplace_back(child, own_, surroundings);
         children_.back().insertInto(*layout, layout->count(), child, stack);
     }
     labelFields();
@@ -216,48 +194,54 @@ void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, c
     }
 }
 
-void RenderedView::updateStack(const Stack& stack, Inherited inherited) {
+void RenderedView::updateStack(const Stack& stack, const Surroundings& surroundings) {
     auto& layout = static_cast<QBoxLayout&>(*own_->layout());
     int index = 0;  // Of the layout's items: empty slots have none.
     for (std::size_t slot = 0; slot < stack.children.size(); ++slot) {
         RenderedView& rendered = children_[slot];
         const View& child = stack.children[slot];
         if (rendered.fits(child)) {
-            rendered.update(child, inherited);
+            rendered.update(child, surroundings);
         } else {
+            if (!rendered.isEmptySlot_) delete layout.takeAt(index);
             rendered.remove();
-            rendered = RenderedView(child, own_, inherited);
+            rendered = RenderedView(child, own_, surroundings);
             rendered.insertInto(layout, index, child, stack);
             if (rendered.widget() != nullptr) rendered.widget()->show();
+            labelFields();
         }
         if (!std::holds_alternative<Nothing>(child.element())) ++index;
     }
 }
 
-void RenderedView::update(const View& view, Inherited surroundings) {
-    const Inherited inherited = inside(view, surroundings);
+void RenderedView::update(const View& view, const Surroundings& outer) {
+    const Surroundings surroundings = inside(view, outer);
     const View::Element& element = view.element();
     if (const auto* text = std::get_if<Text>(&element)) {
-        static_cast<TextLabel*>(own_)->setContent(*text, text->color.value_or(inherited.foreground));
+        static_cast<TextLabel*>(own_)->setContent(*text, text->color.value_or(surroundings.foreground));
     } else if (const auto* field = std::get_if<TextField>(&element)) {
-        static_cast<AddressField*>(own_)->setContent(*field);
+        static_cast<AddressField*>(own_)->setContent(withChangeThen(*field, surroundings.afterInput));
     } else if (const auto* indicator = std::get_if<ProgressIndicator>(&element)) {
-        static_cast<Spinner*>(own_)->setContent(*indicator, inherited.foreground);
+        static_cast<Spinner*>(own_)->setContent(*indicator, surroundings.foreground);
     } else if (const auto* symbol = std::get_if<Symbol>(&element)) {
         static_cast<SymbolIcon*>(own_)->setContent(*symbol);
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
-        updateStack(*stack, inherited);
+        updateStack(*stack, surroundings);
         if (auto* group = dynamic_cast<SpokenGroup*>(own_)) group->setWords(wordsOf(view));
     } else if (const auto* button = std::get_if<Button>(&element)) {
         auto* made = static_cast<ActionButton*>(own_);
         const auto* disabled = modifierOf<Disabled>(view);
-        children_.front().update(button->label.front(), inherited);
-        made->setContent(button->action, wordsOf(button->label.front()), isBusy(button->label.front()));
+        children_.front().update(button->label.front(), surroundings);
+        const auto pressed = [action = button->action, after = surroundings.afterInput] {
+            action();
+            after();
+        };
+        made->setContent(pressed, wordsOf(button->label.front()), isBusy(button->label.front()));
         made->setDisabledInPlace(disabled != nullptr && disabled->disabled);
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
         own_->setMaximumHeight(area->maximumHeight);
         own_->setAccessibleName(QString::fromStdString(area->accessibleName));
-        children_.front().update(area->content.front(), inherited);
+        children_.front().update(area->content.front(), surroundings);
     }
 
     const std::vector<Layer> layers = layersOf(view.modifiers());

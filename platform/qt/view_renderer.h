@@ -9,37 +9,38 @@
 
 namespace platform {
 
-// One description's widgets. What stays the same kind of element in the same slot of its stack stays the same widget;
-// only what differs is changed, made or removed.
+// One description's widgets. What keeps its shape in the same slot of its stack stays the same widget; only what
+// differs is changed, made or removed.
 class RenderedView {
   public:
     // What the surroundings hand down to a view.
-    struct Inherited {
-        Color foreground = Color::primary;
+    struct Surroundings {
+        Color foreground;
+        std::function<void()> afterInput;  // Called when an action or a field's change returns.
     };
 
-    RenderedView(const View& view, QWidget* parent, Inherited inherited);
+    RenderedView(const View& view, QWidget* parent, const Surroundings& surroundings);
 
-    // Whether update() can take `view`: the same kind of element with the same kinds of modifiers.
+    // Whether update() can take `view`: a view of the same shape.
     [[nodiscard]] bool fits(const View& view) const;
 
-    void update(const View& view, Inherited surroundings);
+    void update(const View& view, const Surroundings& outer);
 
     [[nodiscard]] QWidget* widget() const { return outermost_; }  // Null for an empty slot or a spacer.
     void remove();                                                // Takes the widgets away for good.
 
   private:
-    void make(const View& view, QWidget* parent, Inherited inherited);
-    void makeStack(const Stack& stack, Inherited inherited);
+    void make(const View& view, QWidget* parent, const Surroundings& surroundings);
+    void makeStack(const Stack& stack, const Surroundings& surroundings);
     void labelFields();
-    void updateStack(const Stack& stack, Inherited inherited);
+    void updateStack(const Stack& stack, const Surroundings& surroundings);
     void insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack);
 
-    std::size_t element_ = 0;             // Which alternative of View::Element.
-    std::vector<std::size_t> modifiers_;  // Which alternatives of Modifier.
-    QWidget* own_ = nullptr;              // The element's widget.
-    QWidget* outermost_ = nullptr;        // The same, or the last box around it.
-    std::vector<QWidget*> boxes_;         // From the inside out, one for each layer of modifiers.
+    std::vector<int> shape_;
+    bool isEmptySlot_ = false;
+    QWidget* own_ = nullptr;        // The element's widget.
+    QWidget* outermost_ = nullptr;  // The same, or the last box around it.
+    std::vector<QWidget*> boxes_;   // From the inside out, one for each layer of modifiers.
     std::vector<RenderedView> children_;
 };
 

@@ -9,7 +9,11 @@
 namespace platform {
 
 Window::Window(const WindowGroup& scene)
-    : QWidget(nullptr, Qt::Window), body_(scene.content()), shown_(body_()), rendered_(shown_, this, {}) {
+    : QWidget(nullptr, Qt::Window),
+      content_(scene.content()),
+      shown_(content_.body()),
+      rendered_(shown_, this, surroundings()) {
+    content_.changes.observe([this] { renderSoon(); });
     setWindowTitle(QString::fromStdString(scene.name));
     setFixedSize(scene.width, scene.height);
     auto* layout = new QVBoxLayout(this);
@@ -18,20 +22,28 @@ Window::Window(const WindowGroup& scene)
     desktopCustoms::dress(*this);
 }
 
-void Window::renderSoon() {
-    if (std::exchange(rendersSoon_, true)) return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (rendersSoon_) renderNow();
-        },
-        Qt::QueuedConnection);
+Window::~Window() { content_.changes.observe({}); }
+
+RenderedView::Surroundings Window::surroundings() {
+    return {.foreground = Color::primary, .afterInput = [this] { bringUpToDate(); }};
 }
 
-void Window::renderNow() {
-    rendersSoon_ = false;
-    shown_ = body_();
-    rendered_.update(shown_, {});
+void Window::renderSoon() {
+    if (std::exchange(isOutOfDate_, true)) return;
+    QMetaObject::invokeMethod(
+        this, [this] { bringUpToDate(); }, Qt::QueuedConnection);
+}
+
+void Window::bringUpToDate() {
+    if (!std::exchange(isOutOfDate_, false)) return;
+    shown_ = content_.body();
+    if (rendered_.fits(shown_)) {
+        rendered_.update(shown_, surroundings());
+    } else {
+        rendered_.remove();
+        rendered_ = RenderedView(shown_, this, surroundings());
+        layout()->addWidget(rendered_.widget());
+    }
 }
 
 bool Window::event(QEvent* event) {

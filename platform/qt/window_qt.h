@@ -12,10 +12,7 @@ class Window : public QWidget {
   public:
     explicit Window(const WindowGroup& scene);
 
-    // Brings the window up to date before its next frame, once for however many changes.
-    void renderSoon();
-
-    void renderNow();
+    ~Window() override;
 
   protected:
     bool event(QEvent* event) override;
@@ -25,12 +22,18 @@ class Window : public QWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
 
   private:
+    // A change brings the window up to date before its next frame, once for however many changes, and at the latest
+    // when the action that made it returns: more input may already wait, and is meant for what it then finds.
+    void renderSoon();
+    void bringUpToDate();
+
+    [[nodiscard]] RenderedView::Surroundings surroundings();
     void appear();
 
-    WindowGroup::Body body_;
+    WindowGroup::Content content_;
     View shown_;
     RenderedView rendered_;
-    bool rendersSoon_ = false;
+    bool isOutOfDate_ = false;
     bool appearsWithFirstFrame_ = false;
     std::optional<QPoint> grip_;  // Where the background is held while the window is moved by hand.
 };

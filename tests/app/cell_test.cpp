@@ -12,7 +12,7 @@ TEST(Cell, GivesAWholeValueWhileAnotherThreadSetsIt) {
     // Both are too long to be kept inside the string itself.
     const std::string one(1000, 'a');
     const std::string other(2000, 'b');
-    const platform::Cell<std::string> cell(one);
+    const platform::Cell<std::string> cell({}, one);
     std::thread writer([&] {
         for (int i = 0; i < 50000; ++i) cell.set(i % 2 == 0 ? other : one);
     });
@@ -26,7 +26,7 @@ TEST(Cell, GivesAWholeValueWhileAnotherThreadSetsIt) {
 }
 
 TEST(Cell, IsSharedByItsCopies) {
-    const platform::Cell<int> cell(1);
+    const platform::Cell<int> cell({}, 1);
     const platform::Cell<int> copy = cell;
     copy.set(2);
     EXPECT_EQ(cell.get(), 2);

@@ -167,16 +167,16 @@ TEST(HardwareDetectorAppWindow, Is600By500) {
     const platform::WindowGroup scene = HardwareDetectorApp().body();
     EXPECT_EQ(scene.width, 600);
     EXPECT_EQ(scene.height, 500);
-    EXPECT_NE(outlineOf(scene.content()()).find(websiteBaseUrl()), std::string::npos);
+    EXPECT_NE(outlineOf(scene.content().body()).find(websiteBaseUrl()), std::string::npos);
 }
 
 TEST(HardwareDetectorAppWindow, EachOneThatOpensHasAFreshMainView) {
     standIn::reset();
     const platform::WindowGroup scene = HardwareDetectorApp().body();
-    const platform::WindowGroup::Body first = scene.content();
-    fieldIn(first())->onChange("typed");
-    EXPECT_EQ(fieldIn(first())->text, "typed");
-    EXPECT_EQ(fieldIn(scene.content()())->text, websiteBaseUrl());
+    const platform::WindowGroup::Content first = scene.content();
+    fieldIn(first.body())->onChange("typed");
+    EXPECT_EQ(fieldIn(first.body())->text, "typed");
+    EXPECT_EQ(fieldIn(scene.content().body())->text, websiteBaseUrl());
 }
 
 }  // namespace

@@ -24,8 +24,9 @@ int main(int argc, char** argv) {
     QApplication toolkit(argc, argv);
     platform::installAccessibleElements();
     const ContentView view;
-    platform::Window window(
-        {.name = "Soak", .width = 600, .height = 500, .content = [view] { return [view] { return view.body(); }; }});
+    platform::Window window({.name = "Soak", .width = 600, .height = 500, .content = [view] {
+                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
+                             }});
     FirstFrame frame;
     window.installEventFilter(&frame);
     const int rounds = std::atoi(argv[1]);

@@ -63,6 +63,37 @@ TEST_F(WindowOperation, ADisabledButtonDoesNothing) {
     EXPECT_EQ(machine().background.size(), 1U);
 }
 
+// Clicks that came while the program was busy are delivered one right after the other.
+TEST_F(WindowOperation, ThreeClicksInARowStartOneDetection) {
+    QAbstractButton* detect = button("Detect Hardware");
+    for (int click = 0; click < 3; ++click) QTest::mouseClick(detect, Qt::LeftButton);
+    EXPECT_EQ(machine().background.size(), 1U);
+}
+
+TEST_F(WindowOperation, ThreeClicksInARowStartOneSubmission) {
+    show(record());
+    QAbstractButton* send = button("Send to Website");
+    for (int click = 0; click < 3; ++click) QTest::mouseClick(send, Qt::LeftButton);
+    EXPECT_EQ(machine().background.size(), 1U);
+}
+
+TEST_F(WindowOperation, APressRightAfterTheKeyThatEmptiesTheAddressSendsNothing) {
+    show(record());
+    QAbstractButton* send = button("Send to Website");
+    field()->selectAll();
+    QTest::keyClick(field(), Qt::Key_Delete);
+    QTest::mouseClick(send, Qt::LeftButton);
+    EXPECT_TRUE(machine().background.empty());
+}
+
+TEST_F(WindowOperation, APressRightAfterTheKeyThatFillsTheAddressSends) {
+    show(record());
+    field()->clear();
+    QTest::keyClick(field(), Qt::Key_X);
+    QTest::mouseClick(button("Send to Website"), Qt::LeftButton);
+    EXPECT_EQ(machine().background.size(), 1U);
+}
+
 TEST_F(WindowOperation, TabGoesFromTopToBottomAndRoundAgain) {
     show(record());
     field()->setFocus();
@@ -204,7 +235,7 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     standIn::reset();
     const ContentView view;
     platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
-                                 return [view] { return view.body(); };
+                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
                              }});
     PaintingWitness witness;
     window.installEventFilter(&witness);
@@ -220,7 +251,7 @@ TEST(WindowAppearance, WaitsUntilTheWindowSystemHasExposedTheWindow) {
     standIn::reset();
     const ContentView view;
     platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
-                                 return [view] { return view.body(); };
+                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
                              }});
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();

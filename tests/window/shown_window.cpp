@@ -30,9 +30,10 @@ HardwareInfo recordOfLength(std::size_t length) {
 }
 
 ShownWindow::ShownWindow()
-    : view_(freshView()), window_({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view = view_] {
-                                       return [view] { return view.body(); };
-                                   }}) {
+    : view_(freshView()),
+      window_({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view = view_] {
+                   return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
+               }}) {
     window_.show();
     window_.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window_, 30'000));

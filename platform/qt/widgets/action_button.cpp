@@ -13,7 +13,8 @@ ActionButton::ActionButton() {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     connect(this, &QAbstractButton::clicked, this, [this] {
-        if (action_) action_();
+        const auto action = action_;  // A copy: the action may lead to another one in its place.
+        if (action) action();
     });
     // The label's fill shows whether the button is held down.
     connect(this, &QAbstractButton::pressed, this, [this] { update(); });

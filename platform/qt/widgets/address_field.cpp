@@ -28,7 +28,8 @@ AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
     setPalette(clear);
     // Not only what is typed: a screen reader or a paste menu sets the text as a whole.
     connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
-        if (onChange_) onChange_(text.toStdString());
+        const auto onChange = onChange_;  // A copy: the change may lead to another one in its place.
+        if (onChange) onChange(text.toStdString());
     });
 }
 

@@ -1,0 +1,221 @@
+// What the renderer makes of descriptions that the main view does not use.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QTest>
+
+#include "platform/qt/widgets/palette.h"
+#include "platform/qt/window_qt.h"
+
+using namespace platform;
+
+namespace {
+
+// A window that shows whatever description the test gives it.
+class Renderer : public testing::Test {
+  protected:
+    void show(View view) {
+        view_ = std::move(view);
+        if (window_ == nullptr) {
+            window_ = std::make_unique<Window>(
+                WindowGroup{.name = "Test", .width = 600, .height = 500, .content = [this] {
+                                return WindowGroup::Content{[this] { return view_; }, changes_};
+                            }});
+            window_->show();
+        } else {
+            changes_.notify();
+        }
+        for (int round = 0; round < 10; ++round) {
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QCoreApplication::processEvents();
+        }
+    }
+
+    // Where the label stands in the window; an invalid rectangle when there is none, or more than one.
+    [[nodiscard]] QRect place(const QString& text) const {
+        QRect found;
+        for (const QLabel* label : window_->findChildren<QLabel*>()) {
+            if (!label->isVisible() || label->text() != text) continue;
+            if (found.isValid()) return {};
+            found = {label->mapTo(window_.get(), QPoint(0, 0)), label->size()};
+        }
+        return found;
+    }
+
+    // Where something of that colour is to be seen.
+    [[nodiscard]] QRect coloured(const QColor& colour) const {
+        const QImage picture = window_->grab().toImage();
+        QRect found;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixelColor(x, y) == colour) found |= QRect(x, y, 1, 1);
+            }
+        }
+        return found;
+    }
+
+    [[nodiscard]] QColor red() const { return toolkitColor(Color::red, window_->palette()); }
+
+    ChangeNotifier changes_;
+    View view_ = View(Nothing{});
+    std::unique_ptr<Window> window_;
+};
+
+View text(const std::string& words) { return View(Text{.text = words}); }
+
+View column(Alignment alignment, int spacing, const std::vector<std::string>& texts) {
+    std::vector<View> children;
+    for (const std::string& each : texts) children.push_back(text(each));
+    children.push_back(spacer());
+    return vstack(alignment, spacing, std::move(children));
+}
+
+View centred(View view) { return vstack(Alignment::center, 0, {std::move(view), spacer()}); }
+
+TEST_F(Renderer, AStackMayHaveMoreAndFewerChildrenThanBefore) {
+    show(column(Alignment::leading, 10, {"one", "two"}));
+    show(column(Alignment::leading, 10, {"one", "two", "three", "four"}));
+    EXPECT_EQ(place("two").top(), place("one").bottom() + 1 + 10);
+    EXPECT_EQ(place("four").top(), place("three").bottom() + 1 + 10);
+
+    show(column(Alignment::leading, 10, {"four"}));
+    EXPECT_TRUE(place("four").isValid());
+    EXPECT_EQ(place("four").top(), 0);
+    EXPECT_FALSE(place("one").isValid());
+    EXPECT_FALSE(place("three").isValid());
+
+    show(column(Alignment::leading, 10, {}));
+    EXPECT_FALSE(place("four").isValid());
+}
+
+TEST_F(Renderer, AStackInsideAnotherMayGrow) {
+    show(centred(column(Alignment::leading, 10, {"one"})));
+    show(centred(column(Alignment::leading, 10, {"one", "two"})));
+    EXPECT_EQ(place("two").top(), place("one").bottom() + 1 + 10);
+}
+
+TEST_F(Renderer, ASpacingMayChange) {
+    show(column(Alignment::leading, 10, {"one", "two"}));
+    show(column(Alignment::leading, 30, {"one", "two"}));
+    EXPECT_EQ(place("two").top(), place("one").bottom() + 1 + 30);
+}
+
+TEST_F(Renderer, AnAlignmentMayChange) {
+    show(column(Alignment::leading, 10, {"one"}));
+    EXPECT_EQ(place("one").left(), 0);
+    show(column(Alignment::center, 10, {"one"}));
+    EXPECT_NEAR(place("one").center().x(), 299, 1);
+}
+
+TEST_F(Renderer, AFramesWidthAndAlignmentMayChange) {
+    const auto framed = [](int width, Alignment alignment) {
+        return hstack({text("in").frame(width, alignment), text("behind"), spacer()});
+    };
+    show(framed(100, Alignment::leading));
+    EXPECT_EQ(place("behind").left(), 100 + defaultSpacing);
+    show(framed(200, Alignment::leading));
+    EXPECT_EQ(place("behind").left(), 200 + defaultSpacing);
+    EXPECT_EQ(place("in").left(), 0);
+    show(framed(200, Alignment::center));
+    EXPECT_NEAR(place("in").center().x(), 99, 1);
+}
+
+TEST_F(Renderer, AStretchsAlignmentMayChange) {
+    show(centred(text("in").stretch(Alignment::leading)));
+    EXPECT_EQ(place("in").left(), 0);
+    show(centred(text("in").stretch(Alignment::center)));
+    EXPECT_NEAR(place("in").center().x(), 299, 1);
+}
+
+TEST_F(Renderer, AButtonsLabelMayBecomeAnotherElement) {
+    const auto button = [](View label) { return centred(View(Button{[] {}, {std::move(label)}})); };
+    show(button(text("one")));
+    show(button(hstack({text("one"), text("two")})));
+    EXPECT_EQ(place("two").left(), place("one").right() + 1 + defaultSpacing);
+}
+
+TEST_F(Renderer, AScrollAreasContentMayBecomeAnotherElement) {
+    const auto area = [](View content) { return centred(View(ScrollArea{200, "area", {std::move(content)}})); };
+    show(area(text("one")));
+    show(area(vstack(Alignment::leading, 10, {text("one"), text("two")})));
+    EXPECT_EQ(place("two").top(), place("one").bottom() + 1 + 10);
+}
+
+TEST_F(Renderer, TheOutermostElementMayBecomeAnother) {
+    show(column(Alignment::leading, 10, {"one"}));
+    show(hstack({text("one"), text("two"), spacer()}));
+    EXPECT_EQ(place("two").left(), place("one").right() + 1 + defaultSpacing);
+    show(text("three"));
+    EXPECT_TRUE(place("three").isValid());
+    EXPECT_FALSE(place("one").isValid());
+}
+
+TEST_F(Renderer, ASlotMayHoldASpacerAndAnElementInTurn) {
+    const auto row = [](View middle) { return centred(hstack({text("first"), std::move(middle), text("last")})); };
+    const auto stack = [](View middle) {
+        return vstack(Alignment::leading, 5, {text("first"), std::move(middle), text("last")});
+    };
+    for (int round = 0; round < 2; ++round) {
+        show(row(spacer()));
+        EXPECT_EQ(place("last").right(), 599);
+        show(row(text("middle")));
+        EXPECT_EQ(place("last").left(), place("middle").right() + 1 + defaultSpacing);
+        show(row(View(Nothing{})));
+        EXPECT_EQ(place("last").left(), place("first").right() + 1 + defaultSpacing);
+    }
+    for (int round = 0; round < 2; ++round) {
+        show(stack(spacer()));
+        EXPECT_EQ(place("last").bottom(), 499);
+        const int gap = place("last").top() - place("first").bottom();
+        show(stack(text("middle")));
+        EXPECT_EQ(place("middle").top() - place("first").bottom(), place("last").top() - place("middle").bottom());
+        EXPECT_LT(place("middle").top() - place("first").bottom(), gap / 2);
+    }
+}
+
+TEST_F(Renderer, APaddingOutsideOfAFrameAddsToItsWidth) {
+    show(hstack({text("in").frame(120, Alignment::leading).padding(Edges::all, 10), text("behind"), spacer()}));
+    EXPECT_EQ(place("in").left(), 10);
+    EXPECT_EQ(place("behind").left(), 10 + 120 + 10 + defaultSpacing);
+}
+
+TEST_F(Renderer, APaddingInsideOfAFrameIsPartOfItsWidth) {
+    show(hstack({text("in").padding(Edges::all, 10).frame(120, Alignment::leading), text("behind"), spacer()}));
+    EXPECT_EQ(place("in").left(), 10);
+    EXPECT_EQ(place("behind").left(), 120 + defaultSpacing);
+}
+
+TEST_F(Renderer, AFrameInsideOfAnotherIsPlacedInIt) {
+    show(hstack({text("in").frame(50, Alignment::leading).frame(150, Alignment::center), text("behind"), spacer()}));
+    EXPECT_EQ(place("in").left(), 50);
+    EXPECT_EQ(place("behind").left(), 150 + defaultSpacing);
+}
+
+TEST_F(Renderer, ABackgroundFillsWhatStandsBeforeItAndNothingElse) {
+    show(centred(text("").frame(100, Alignment::leading).padding(Edges::horizontal, 10).background(Color::red)));
+    EXPECT_EQ(coloured(red()).width(), 120);
+    show(centred(text("").frame(100, Alignment::leading).background(Color::red).padding(Edges::horizontal, 10)));
+    EXPECT_EQ(coloured(red()).width(), 100);
+    show(centred(text("").frame(100, Alignment::leading).background(Color::red).stretch()));
+    EXPECT_EQ(coloured(red()).width(), 100);
+    show(centred(text("").frame(100, Alignment::leading).stretch().background(Color::red)));
+    EXPECT_EQ(coloured(red()).width(), 600);
+    show(centred(text("").frame(100, Alignment::leading).background(Color::red).frame(200, Alignment::center)));
+    EXPECT_EQ(coloured(red()).width(), 100);
+}
+
+TEST_F(Renderer, CornersAreRoundedOfWhatStandsBeforeThem) {
+    const auto square = [] { return text("").frame(100, Alignment::leading).padding(Edges::all, 20); };
+    show(centred(square().background(Color::red)));
+    const QRect place = coloured(red());
+    const auto cornerIsRed = [&] { return window_->grab().toImage().pixelColor(place.topLeft()) == red(); };
+    EXPECT_TRUE(cornerIsRed());
+    show(centred(square().background(Color::red).cornerRadius(8)));
+    EXPECT_FALSE(cornerIsRed());
+    show(centred(square().cornerRadius(8).background(Color::red)));
+    EXPECT_TRUE(cornerIsRed());
+}
+
+}  // namespace
