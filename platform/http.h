@@ -50,8 +50,8 @@ namespace httpSession {
 // method and body kept, 16 in all at most; any other 3xx, or one that names no target, is an answer. Nothing is sent a
 // second time but to follow a redirect, or with the URL's own credentials when the server asks for them: a connection
 // that drops is an error. Certificates and host names are verified; proxies named by the environment are not used.
-// Cookies live as long as the process. Bodies in the content codings gzip and deflate arrive decoded. Safe from any
-// thread.
+// Cookies live as long as the process. Bodies in the content codings gzip and deflate arrive decoded. A body of more
+// than 256 MiB, as received or as decoded, is an error, and so is a redirect from https to http. Safe from any thread.
 void start(HttpRequest request, HttpCompletionHandler completionHandler);
 
 }  // namespace httpSession

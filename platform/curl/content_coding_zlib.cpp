@@ -8,6 +8,7 @@
 #include <array>
 #include <cctype>
 #include <memory>
+#include <vector>
 
 namespace platform {
 
@@ -24,12 +25,13 @@ constexpr std::size_t largestPiece = std::size_t{1} << 30;
 // A gzip body may be several files one after another; anything else behind the end is padding.
 bool nextMemberBegins(std::string_view rest) { return rest.starts_with("\x1f\x8b"); }
 
-std::optional<std::string> inflated(std::string_view bytes, int format) {
+// Hands the decoded bytes on, piece by piece, for as long as `take` wants more of them. True when all have been taken.
+template <typename Take>
+bool inflateInPieces(std::string_view bytes, int format, Take take) {
     z_stream stream{};
-    if (inflateInit2(&stream, format) != Z_OK) return std::nullopt;
+    if (inflateInit2(&stream, format) != Z_OK) return false;
     const std::unique_ptr<z_stream, decltype(&inflateEnd)> ended(&stream, inflateEnd);
 
-    std::string plain;
     std::array<Bytef, 65536> buffer;
     for (;;) {
         const std::size_t piece = std::min(bytes.size(), largestPiece);
@@ -40,14 +42,16 @@ std::optional<std::string> inflated(std::string_view bytes, int format) {
 
         const int result = inflate(&stream, Z_NO_FLUSH);
         bytes.remove_prefix(piece - stream.avail_in);
-        plain.append(reinterpret_cast<const char*>(buffer.data()), buffer.size() - stream.avail_out);
+        if (!take(std::string_view(reinterpret_cast<const char*>(buffer.data()), buffer.size() - stream.avail_out))) {
+            return false;
+        }
 
         if (result == Z_STREAM_END && format == gzipFormat && nextMemberBegins(bytes)) {
             inflateReset(&stream);
         } else if (result == Z_STREAM_END) {
-            return plain;
+            return true;
         } else if (result != Z_OK) {
-            return std::nullopt;  // Broken, or no input left although the end has not come.
+            return false;  // Broken, or no input left although the end has not come.
         }
     }
 }
@@ -63,11 +67,28 @@ std::optional<ContentCoding> contentCodingNamed(std::string_view value) {
     return std::nullopt;
 }
 
-std::optional<std::string> decoded(ContentCoding coding, std::string_view bytes) {
-    if (coding == ContentCoding::gzip) return inflated(bytes, gzipFormat);
+std::variant<std::string, DecodingFailure> decoded(ContentCoding coding, std::string_view bytes, std::size_t most) {
     // The standard's deflate is in zlib's wrapping, but there have always been servers that leave the wrapping out.
-    if (auto plain = inflated(bytes, zlibFormat)) return plain;
-    return inflated(bytes, rawFormat);
+    const std::vector<int> formats =
+        coding == ContentCoding::gzip ? std::vector{gzipFormat} : std::vector{zlibFormat, rawFormat};
+    for (const int format : formats) {
+        // First only counted: an answer of a megabyte may decode to a gigabyte.
+        std::size_t size = 0;
+        const bool isWhole = inflateInPieces(bytes, format, [&](std::string_view piece) {
+            size += piece.size();
+            return size <= most;
+        });
+        if (size > most) return DecodingFailure::tooLarge;
+        if (!isWhole) continue;
+        std::string plain;
+        plain.reserve(size);
+        inflateInPieces(bytes, format, [&](std::string_view piece) {
+            plain.append(piece);
+            return true;
+        });
+        return plain;
+    }
+    return DecodingFailure::broken;
 }
 
 }  // namespace platform

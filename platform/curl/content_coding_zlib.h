@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 namespace platform {
 
@@ -13,7 +14,14 @@ enum class ContentCoding { gzip, deflate };
 // several of them at once.
 [[nodiscard]] std::optional<ContentCoding> contentCodingNamed(std::string_view value);
 
-// `bytes` as they were before `coding` was applied; absent when they are broken or cut short. Safe from any thread.
-[[nodiscard]] std::optional<std::string> decoded(ContentCoding coding, std::string_view bytes);
+enum class DecodingFailure {
+    broken,    // or cut short
+    tooLarge,  // decoded, more than asked for
+};
+
+// `bytes` as they were before `coding` was applied, `most` of them at most. Takes no more memory than the result, and
+// none for a failure. Safe from any thread.
+[[nodiscard]] std::variant<std::string, DecodingFailure> decoded(ContentCoding coding, std::string_view bytes,
+                                                                 std::size_t most);
 
 }  // namespace platform

@@ -53,6 +53,12 @@ void takeStatusLine(Exchange& exchange) {
     long statusCode = 0;
     libcurl().easy_getinfo(exchange.easy.get(), CURLINFO_RESPONSE_CODE, &statusCode);
     exchange.answer.statusCode = static_cast<int>(statusCode);
+    // What was sent to a website under TLS must not go on without it.
+    const char* scheme = nullptr;
+    libcurl().easy_getinfo(exchange.easy.get(), CURLINFO_SCHEME, &scheme);
+    if (scheme != nullptr && lowerCased(scheme) == "https") {
+        libcurl().easy_setopt(exchange.easy.get(), CURLOPT_REDIR_PROTOCOLS_STR, "https");
+    }
     // libcurl would follow any answer that has a Location.
     const long follow = isFollowed(exchange.answer.statusCode) ? 1 : 0;
     libcurl().easy_setopt(exchange.easy.get(), CURLOPT_FOLLOWLOCATION, follow);
@@ -65,12 +71,11 @@ void takeHeaderField(Answer& answer, std::string_view line) {
     answer.contentEncoding += trimmed(line.substr(colon + 1));
 }
 
-// So that a large body is not copied over and over while it grows. What a server announces it need not send.
-void makeRoomForBody(Exchange& exchange) {
-    constexpr curl_off_t most = curl_off_t{128} << 20;
-    curl_off_t announced = 0;
-    libcurl().easy_getinfo(exchange.easy.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
-    if (announced > 0 && announced <= most) exchange.answer.body.reserve(static_cast<std::size_t>(announced));
+// A string that grows by doubling would for a while need room for three times a large body. Room that is never written
+// to takes no memory.
+void makeRoomForBody(std::string& body, std::size_t more) {
+    constexpr std::size_t small = std::size_t{1} << 20;
+    if (body.size() + more > small && body.capacity() < largestBody) body.reserve(largestBody);
 }
 
 // Called for each line of each header, the blank one at its end included, and for the trailer of a chunked body.
@@ -84,7 +89,6 @@ std::size_t takeHeaderLine(char* bytes, std::size_t, std::size_t count, void* us
         return count;
     } else if (trimmed(line).empty()) {
         exchange.answer.headerComplete = exchange.answer.statusCode >= 200;
-        makeRoomForBody(exchange);
     } else {
         takeHeaderField(exchange.answer, line);
     }
@@ -94,7 +98,11 @@ std::size_t takeHeaderLine(char* bytes, std::size_t, std::size_t count, void* us
 }
 
 std::size_t takeBody(char* bytes, std::size_t, std::size_t count, void* exchange) try {
-    static_cast<Exchange*>(exchange)->answer.body.append(bytes, count);
+    Answer& answer = static_cast<Exchange*>(exchange)->answer;
+    answer.isTooLarge = answer.body.size() + count > largestBody;
+    if (answer.isTooLarge) return 0;
+    makeRoomForBody(answer.body, count);
+    answer.body.append(bytes, count);
     return count;
 } catch (const std::exception&) {
     return 0;
@@ -131,7 +139,7 @@ std::string hostAskedLast(const Exchange& exchange) {
 }
 
 HttpError transportError(const Exchange& exchange, CURLcode result) {
-    Failure failure = failureOf(result);
+    Failure failure = exchange.answer.isTooLarge ? tooLarge : failureOf(result);
     // With the answer read and no new request begun, it is the redirect that leads to what is not supported.
     if (result == CURLE_UNSUPPORTED_PROTOCOL && exchange.answer.headerComplete) failure = unsupportedUrl;
     if (result == CURLE_COULDNT_RESOLVE_HOST && !networkIsUp()) failure = offline;
@@ -146,14 +154,18 @@ void decodeBody(Exchange& exchange) {
     Answer& answer = exchange.answer;
     const auto coding = contentCodingNamed(answer.contentEncoding);
     if (!coding || answer.body.empty()) return;
-    std::optional<std::string> plain;
+    std::variant<std::string, DecodingFailure> plain = DecodingFailure::broken;
     try {
-        plain = decoded(*coding, answer.body);
+        plain = decoded(*coding, answer.body, largestBody);
     } catch (const std::exception&) {
-        // It is too large for this machine's memory.
+        // This machine's memory does not hold it.
     }
-    if (!plain) exchange.error = errorFor(cannotDecode, "content coding " + answer.contentEncoding);
-    answer.body = std::move(plain).value_or("");
+    if (const auto* failure = std::get_if<DecodingFailure>(&plain)) {
+        exchange.error = errorFor(*failure == DecodingFailure::tooLarge ? tooLarge : cannotDecode,
+                                  "content coding " + answer.contentEncoding);
+    } else {
+        answer.body = std::move(std::get<std::string>(plain));
+    }
 }
 
 }  // namespace

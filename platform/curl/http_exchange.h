@@ -14,10 +14,14 @@
 
 namespace platform {
 
+// As it is received, and once it is decoded.
+inline constexpr std::size_t largestBody = std::size_t{256} << 20;
+
 // What has come in answer so far. Of several answers (100 before 200, a redirect before its target's) the last counts.
 struct Answer {
     int statusCode = 0;
     bool headerComplete = false;
+    bool isTooLarge = false;
     std::string contentEncoding;
     std::string body;
 };

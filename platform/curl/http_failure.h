@@ -25,6 +25,7 @@ inline constexpr Failure tooManyRedirects{-1007, "too many HTTP redirects"};
 inline constexpr Failure offline{-1009, "The Internet connection appears to be offline."};
 inline constexpr Failure cannotDecode{-1015, "cannot decode raw data"};
 inline constexpr Failure cannotParse{-1017, "cannot parse response"};
+inline constexpr Failure tooLarge{-1103, "resource exceeds maximum size"};
 inline constexpr Failure tlsFailed{-1200, "A TLS error caused the secure connection to fail."};
 // The % is the place of the host.
 inline constexpr Failure untrustedServer{

@@ -120,4 +120,33 @@ TEST(HttpSession, DeliversLargeBodies) {
     }
 }
 
+TEST(HttpSession, DeliversABodyOfTheLargestSize) {
+    const ScriptedServer server(always({Send{"HTTP/1.1 200 OK\r\nContent-Length: 268435456\r\n\r\n"},
+                                        SendEndlessly{std::string(std::size_t{1} << 20, 'x')}}));
+
+    const Result result = resultOf(post(server.url("/")));
+
+    ASSERT_TRUE(result.body.has_value());
+    EXPECT_EQ(result.body->size(), 268435456u);
+}
+
+TEST(HttpSession, ReportsABodyLargerThanThatOrWithoutEnd) {
+    const std::string mebibyte(std::size_t{1} << 20, 'x');
+    const std::string chunk = "100000\r\n" + mebibyte + "\r\n";
+    const std::vector<std::pair<std::string, std::string>> answers{
+        {"HTTP/1.1 200 OK\r\n\r\n", mebibyte},
+        {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n", chunk},
+        {"HTTP/1.1 500 Oops\r\nContent-Length: 268435457\r\n\r\n", mebibyte},
+    };
+    for (const auto& [header, body] : answers) {
+        SCOPED_TRACE(header);
+        const ScriptedServer server(always({Send{header}, SendEndlessly{body}}));
+
+        expectError(resultOf(post(server.url("/"))), -1103, "resource exceeds maximum size");
+
+        EXPECT_TRUE(server.waitForEndedConnections(1));
+        EXPECT_EQ(server.requests().size(), 1u);
+    }
+}
+
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "tests/contract/http_requests.h"
 #include "tests/support/scripted_server.h"
+#include "tests/support/shell.h"
 
 namespace {
 
@@ -81,6 +82,36 @@ TEST(HttpSession, ReportsACodedBodyThatIsBrokenOrCutShort) {
         expectError(resultOf(post(server.url("/"))), -1015, "cannot decode raw data");
 
         EXPECT_EQ(server.requests().size(), 1u);
+    }
+}
+
+// As many zero bytes in gzip.
+std::string gzipOfZeros(std::size_t count) {
+    return shell("head -c " + std::to_string(count) + " /dev/zero | gzip -1").output;
+}
+
+constexpr std::size_t largestBody = std::size_t{256} << 20;
+
+TEST(HttpSession, DecodesABodyOfTheLargestSize) {
+    const std::string coded = gzipOfZeros(largestBody);
+    const ScriptedServer server(always({Send{answerBytes(200, coded, {"Content-Encoding: gzip"})}}));
+
+    const Result result = resultOf(post(server.url("/")));
+
+    ASSERT_TRUE(result.body.has_value());
+    EXPECT_EQ(result.body->size(), largestBody);
+    EXPECT_EQ(result.body->find_first_not_of('\0'), std::string::npos);
+}
+
+TEST(HttpSession, ReportsABodyThatDecodesToMoreThanTheLargestSize) {
+    std::string bomb;
+    const std::string sixteenMebibytes = gzipOfZeros(std::size_t{16} << 20);
+    for (int part = 0; part < 1024; ++part) bomb += sixteenMebibytes;
+    for (const std::string& coded : {gzipOfZeros(largestBody + 1), bomb, bomb + "broken"}) {
+        SCOPED_TRACE(coded.size());
+        const ScriptedServer server(always({Send{answerBytes(200, coded, {"Content-Encoding: gzip"})}}));
+
+        expectError(resultOf(post(server.url("/"))), -1103, "resource exceeds maximum size");
     }
 }
 

@@ -1,8 +1,11 @@
 // What becomes of a submission when the connection or the answer is not as it should be: every log line from the press
 // on, the banner, the number of requests, the page.
 #include <algorithm>
+#include <fstream>
+#include <future>
 
 #include "tests/end_to_end/surroundings.h"
+#include "tests/support/shell.h"
 
 namespace end_to_end {
 namespace {
@@ -203,6 +206,54 @@ void ConnectionFault::expectOutcomeOf(const Fault& fault) {
 TEST_F(ConnectionFault, ABodyOf64MebibytesIsLoggedWhole) {
     const std::string body = R"({"success": false, "error": "no", "padding": ")" + std::string(64U << 20U, 'x') + "\"}";
     expectOutcomeOf({"", sending(answerBytes(200, body)), refused(body, "no")});
+}
+
+// The most memory that the program has had so far, in bytes.
+std::size_t peakMemoryOf(const Program& program) {
+    std::ifstream status("/proc/" + std::to_string(program.pid()) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6)) * 1024;
+    }
+    return 0;
+}
+
+// 64 MiB of gzip, which would be 64 GiB.
+TEST_F(ConnectionFault, ABombIsRefusedWithoutItsMemoryWhileTheWindowLives) {
+    constexpr std::size_t mebibyte = std::size_t{1} << 20;
+    const std::string part = testSupport::shell("head -c 67108864 /dev/zero | gzip -9").output;
+    std::string bomb;
+    while (bomb.size() < 64 * mebibyte) bomb += part;
+    const std::string header = "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: ";
+    std::promise<void> release;
+    const ScriptedServer server(
+        [&, free = release.get_future().share()](const RecordedRequest& request) -> Script {
+            if (request.target() != submissionPath) return {Send{answerBytes(200, "{}")}};
+            free.wait();
+            return {Send{header + std::to_string(bomb.size()) + "\r\n\r\n" + bomb}};
+        },
+        websitePort());
+    Program program(setting());
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+    ASSERT_TRUE(server.waitForRequests(3));
+    release.set_value();
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Error: Failed to send hardware data. Check the console for details."));
+    EXPECT_TRUE(program.waitForLine("❌ Final error: Network error: resource exceeds maximum size"));
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(shows(window, "Hardware detected successfully!"));
+    const std::size_t peak = peakMemoryOf(program);
+    RecordProperty("peak_mebibytes", static_cast<int>(peak / mebibyte));
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_LT(peak, 256 * mebibyte);
+#endif
+}
+
+TEST_F(ConnectionFault, ABodyThatNeverEndsIsRefused) {
+    const std::string mebibyte(std::size_t{1} << 20, 'x');
+    expectOutcomeOf({"", answering({Send{"HTTP/1.1 200 OK\r\n\r\n"}, testSupport::SendEndlessly{mebibyte}}),
+                     networkError("resource exceeds maximum size")});
 }
 
 class ConnectionFaultTable : public ConnectionFault, public testing::WithParamInterface<Fault> {};

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <memory>
 
+#include "tests/end_to_end/rig/fifo.h"
 #include "tests/end_to_end/rig/namespaces.h"
 #include "tests/end_to_end/surroundings.h"
 
@@ -148,10 +149,24 @@ class TlsFault : public NetworkFault {
 
     void serve(const std::vector<std::string>& options = {}) {
         Program::Setting openssl{.path = "/usr/bin/openssl",
-                                 .environment = {{"PATH", "/usr/bin"}, {"OPENSSL_CONF", "/dev/null"}},
+                                 .environment = opensslEnvironment,
                                  .arguments = {"s_server", "-accept", "localhost:0", "-www", "-key",
                                                home_.path() / "key", "-cert", home_.path() / "certificate"}};
         openssl.arguments.insert(openssl.arguments.end(), options.begin(), options.end());
+        start(openssl);
+    }
+
+    // What comes through the pipe goes to whoever connects, as soon as the connection stands.
+    void serveAnswer(const std::filesystem::path& pipe, const std::string& answer) {
+        std::ofstream(pipe) << answer;
+        start({.path = "/bin/sh",
+               .environment = opensslEnvironment,
+               .arguments = {"-c", "cd '" + home_.path().string() +
+                                       "' && exec openssl s_server -accept localhost:0 -key key -cert certificate <'" +
+                                       pipe.string() + "'"}});
+    }
+
+    void start(const Program::Setting& openssl) {
         server_ = std::make_unique<Program>(openssl);
         ASSERT_EQ(server_->failure(), std::nullopt);
         const auto ready = server_->waitForLine([](std::string_view line) { return line.starts_with("ACCEPT "); });
@@ -168,6 +183,7 @@ class TlsFault : public NetworkFault {
             << log.front();
     }
 
+    const Environment opensslEnvironment = {{"PATH", "/usr/bin"}, {"OPENSSL_CONF", "/dev/null"}};
     std::unique_ptr<Program> server_;
     std::string port_;
 };
@@ -201,6 +217,27 @@ TEST_F(TrustedTlsFault, ACertificateThatIsVouchedForIsAcceptedAndTheAnswerWaited
     trust();
     serve();
     EXPECT_EQ(linesOfASubmissionTo(address(), setting()), networkError("The request timed out."));
+}
+
+// It answers by itself with what stands in a pipe, whatever it is asked.
+TEST_F(TrustedTlsFault, AWebsiteCannotSendTheHardwareOnWithoutTls) {
+    makeCertificate("localhost", inTheFuture);
+    trust();
+    const ScriptedServer plain(testSupport::always({Send{answerBytes(200, R"({"success": true})")}}));
+    for (const int status : {302, 307}) {
+        for (const bool byADetour : {false, true}) {
+            SCOPED_TRACE(std::to_string(status) + (byADetour ? " by a detour" : ""));
+            const Fifo answer(home_.path() / "answer");
+            serveAnswer(answer.path(), "HTTP/1.1 " + std::to_string(status) + " Elsewhere\r\nLocation: " +
+                                           plain.url("/next") + "\r\nContent-Length: 0\r\n\r\n");
+            const ScriptedServer detour(
+                testSupport::always({Send{answerBytes(307, "", {"Location: " + address() + "/"})}}));
+            EXPECT_EQ(linesOfASubmissionTo(byADetour ? detour.url("") : address(), setting()),
+                      networkError("unsupported URL"));
+            std::filesystem::remove(answer.path());
+        }
+    }
+    EXPECT_TRUE(plain.connections().empty());
 }
 
 TEST_F(TlsFault, ACertificateThatNobodyVouchesForIsRefused) {

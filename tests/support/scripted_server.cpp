@@ -240,6 +240,11 @@ class ScriptedServer::Listener {
 
     bool carryOut(const Send& step, Descriptor& connection, std::size_t) const { return send(connection, step.bytes); }
 
+    bool carryOut(const SendEndlessly& step, Descriptor& connection, std::size_t) const {
+        while (send(connection, step.bytes)) continue;
+        return false;
+    }
+
     bool carryOut(const SendDripping& step, Descriptor& connection, std::size_t) const {
         return std::all_of(step.bytes.begin(), step.bytes.end(), [&](const char& byte) {
             return waitOut(step.interval) && send(connection, std::string_view(&byte, 1));

@@ -18,6 +18,9 @@ namespace testSupport {
 struct Send {
     std::string bytes;
 };
+struct SendEndlessly {  // The same bytes over and over, until the client closes its side.
+    std::string bytes;
+};
 struct SendDripping {  // One byte at a time, with `interval` before each.
     std::string bytes;
     std::chrono::milliseconds interval;
@@ -26,7 +29,7 @@ struct Reset {};                   // Breaks the connection off; the script ends
 struct WaitUntilClientHasGone {};  // Reads on, and records, until the client closes its side.
 struct HoldOpen {};                // Does nothing until the server is destroyed.
 
-using Step = std::variant<Send, SendDripping, Reset, WaitUntilClientHasGone, HoldOpen>;
+using Step = std::variant<Send, SendEndlessly, SendDripping, Reset, WaitUntilClientHasGone, HoldOpen>;
 
 // Carried out once the request has come. A script that ends closes the connection, so an empty one answers nothing.
 using Script = std::vector<Step>;
