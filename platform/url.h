@@ -12,21 +12,25 @@ namespace platform {
 class Url {
   public:
     // Absent when `text` is empty or breaks the grammar: a blank, a control or non-ASCII character, a "%" without two
-    // hexadecimal digits, a scheme that begins with a digit.
+    // hexadecimal digits, a scheme that begins with a digit, anything behind a host but a port of digits (which may be
+    // of any size, or none), a second "@" before it.
     [[nodiscard]] static std::optional<Url> parse(std::string text);
 
     [[nodiscard]] const std::string& absoluteString() const { return text_; }
 
     // What stands before the first ":", in lower case; empty for a relative reference.
-    [[nodiscard]] std::string scheme() const;
+    [[nodiscard]] const std::string& scheme() const { return scheme_; }
 
     // The host as written; empty when there is none.
-    [[nodiscard]] std::string host() const;
+    [[nodiscard]] const std::string& host() const { return host_; }
 
   private:
-    explicit Url(std::string text) : text_(std::move(text)) {}
+    Url(std::string text, std::string scheme, std::string host)
+        : text_(std::move(text)), scheme_(std::move(scheme)), host_(std::move(host)) {}
 
     std::string text_;
+    std::string scheme_;
+    std::string host_;
 };
 
 }  // namespace platform

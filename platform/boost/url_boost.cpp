@@ -10,14 +10,49 @@ namespace platform {
 
 namespace {
 
-// Some versions of the library accept what the grammar forbids: a second '#' (since 1.83), brackets in the query (in
-// 1.92), or a port that is no number (before 1.83, which read its letters as the path).
-bool breaksTheGrammar(const std::string& text, const boost::urls::url_view& url) {
+struct Authority {
+    std::string_view user;
+    std::string_view host;
+    std::string_view port;  // With the colon.
+};
+
+// What stands between "//" and the path. All parts are empty where there is none.
+Authority authorityOf(std::string_view text, std::size_t schemeSize) {
+    if (schemeSize > 0) text.remove_prefix(schemeSize + 1);
+    if (!text.starts_with("//")) return {};
+    text.remove_prefix(2);
+    text = text.substr(0, text.find_first_of("/?#"));
+    Authority authority;
+    if (const std::size_t at = text.rfind('@'); at != std::string_view::npos) {
+        authority.user = text.substr(0, at);
+        text.remove_prefix(at + 1);
+    }
+    const std::size_t bracket = text.starts_with('[') ? text.find(']') : std::string_view::npos;
+    const std::size_t hostSize =
+        bracket != std::string_view::npos ? bracket + 1 : std::min(text.find(':'), text.size());
+    authority.host = text.substr(0, hostSize);
+    authority.port = text.substr(hostSize);
+    return authority;
+}
+
+// Some versions of the library accept what the grammar forbids: a second "#" (since 1.83), brackets in the query (in
+// 1.92), or anything that follows a host and is no port (before 1.83, which read it as the path).
+bool breaksTheGrammar(const std::string& text, const boost::urls::url_view& url, const Authority& authority) {
     const auto query = url.encoded_query();
-    const auto path = url.encoded_path();
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const std::string_view port = authority.port;
     return std::count(text.begin(), text.end(), '#') > 1 ||
            std::any_of(query.begin(), query.end(), [](char c) { return c == '[' || c == ']'; }) ||
-           (url.has_authority() && !path.empty() && path.front() != '/');
+           authority.user.find('@') != std::string_view::npos ||
+           (!port.empty() && (port.front() != ':' || !std::all_of(port.begin() + 1, port.end(), isDigit)));
+}
+
+std::string lowerCased(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return result;
 }
 
 }  // namespace
@@ -26,21 +61,12 @@ std::optional<Url> Url::parse(std::string text) {
     // The grammar takes the empty text as a reference to the document at hand, of which there is none here.
     if (text.empty()) return std::nullopt;
     const auto url = boost::urls::parse_uri_reference(text);
-    if (!url || breaksTheGrammar(text, *url)) return std::nullopt;
-    return Url(std::move(text));
-}
-
-std::string Url::scheme() const {
-    std::string scheme = boost::urls::parse_uri_reference(text_)->scheme();
-    std::transform(scheme.begin(), scheme.end(), scheme.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return scheme;
-}
-
-std::string Url::host() const {
-    const auto host = boost::urls::parse_uri_reference(text_)->encoded_host();
-    return std::string(host.data(), host.size());
+    if (!url) return std::nullopt;
+    const std::string scheme = lowerCased(std::string_view(url->scheme().data(), url->scheme().size()));
+    const Authority authority = authorityOf(text, scheme.size());
+    if (breaksTheGrammar(text, *url, authority)) return std::nullopt;
+    std::string host(authority.host);
+    return Url(std::move(text), scheme, std::move(host));
 }
 
 }  // namespace platform

@@ -31,6 +31,10 @@ TEST(Url, KeepsWhatItTakesByteForByte) {
                              "http:x",
                              "http://[::1]:80/",
                              "http://127.1/",
+                             "http://10.0.0.1.site.example/p",
+                             "http://1.2.3.4.5:80/",
+                             "http://u:p:q@h/",
+                             "http://h/@:x",
                              "http://h/a'b(c)*!$&+,;=:@",
                              "foo:bar",
                              "http://%41/"}) {
@@ -67,6 +71,13 @@ TEST(Url, RefusesWhatBreaksTheGrammar) {
                              "#a#b",
                              "http://h:abc",
                              "http://h:80a/",
+                             "http://h:80:90/",
+                             "http://h:80:90",
+                             "http://u@h@i/",
+                             "http://u@@h/",
+                             "http://[::1]x/",
+                             "http://[::1]80/",
+                             "//u@h@i",
                              "http://[::1]x",
                              "//h:-1",
                              "http://u@h@i",
@@ -87,6 +98,12 @@ TEST(Url, NamesItsSchemeInLowerCaseAndItsHostAsWritten) {
     EXPECT_EQ(Url::parse("localhost:8080")->scheme(), "localhost");
     EXPECT_EQ(Url::parse("/save-detected-hardware/")->scheme(), "");
     EXPECT_EQ(Url::parse("http:///x")->host(), "");
+    EXPECT_EQ(Url::parse("http://:80/")->host(), "");
+    EXPECT_EQ(Url::parse("http://u:p@h:80/x@y:z")->host(), "h");
+    EXPECT_EQ(Url::parse("https://[::1]:443/")->host(), "[::1]");
+    EXPECT_EQ(Url::parse("http://10.0.0.1.site.example/p")->host(), "10.0.0.1.site.example");
+    EXPECT_EQ(Url::parse("http:/x//h")->host(), "");
+    EXPECT_EQ(Url::parse("//h?q@r")->host(), "h");
 }
 
 }  // namespace
