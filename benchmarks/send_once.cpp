@@ -8,8 +8,10 @@
 
 #include "benchmarks/process_figures.h"
 #include "hardware/hardware_detector.h"
+#include "platform/log.h"
 
 int main(int, char** argv) {
+    platform::beginLog();
     const HardwareInfo record("", "", "", 0, "", 0, 0, "", "", 0);
     (void)HardwareDetector::sendToWebsite(argv[1], record);
     const double before = benchmarks::peakMemoryOf(getpid());
