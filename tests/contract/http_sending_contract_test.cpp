@@ -30,6 +30,11 @@ std::vector<std::string> sortedFieldLines(const RecordedRequest& request) {
     return lines;
 }
 
+TEST(HttpRequest, IsGivenUpAfterAMinuteUnlessItSaysOtherwise) {
+    const HttpRequest request{.url = platform::Url::parse("http://h").value(), .headers = {}, .body = {}};
+    EXPECT_EQ(request.timeoutInterval, std::chrono::seconds(60));
+}
+
 TEST(HttpSession, SendsAPostByteForByte) {
     const ScriptedServer server(always({Send{answerBytes(201, "made")}}));
     const std::string body = "{\"text\":\"caf\xc3\xa9\"}\r\n\0\xff end"s;

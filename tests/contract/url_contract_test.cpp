@@ -94,6 +94,7 @@ TEST(Url, TakesAPathOfAHundredThousandCharacters) { EXPECT_TRUE(Url::parse("http
 
 TEST(Url, NamesItsSchemeInLowerCaseAndItsHostAsWritten) {
     EXPECT_EQ(Url::parse("HTTP://Host:1/p")->scheme(), "http");
+    EXPECT_EQ(Url::parse("AZ+.-09az:x")->scheme(), "az+.-09az");
     EXPECT_EQ(Url::parse("HTTP://Host:1/p")->host(), "Host");
     EXPECT_EQ(Url::parse("localhost:8080")->scheme(), "localhost");
     EXPECT_EQ(Url::parse("/save-detected-hardware/")->scheme(), "");
