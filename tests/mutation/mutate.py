@@ -1,7 +1,6 @@
 """Seeds one small mistake at a time into a copy of the product and looks whether a test notices: scripts/mutate."""
 
 import argparse
-import contextlib
 import hashlib
 import json
 import os
@@ -48,6 +47,8 @@ def draw(root, count, seed):
 
 def run(command, seconds, **environment):
     """Whether the command succeeded in that time, and what it printed. Its children end with it."""
+    if stopping.is_set():
+        return False, ""
     # A mistake may well ask for a log or a list without end.
     process = subprocess.Popen(["prlimit", f"--fsize={2**30}", f"--as={2**34}", *command], env=os.environ | environment,
                                text=True, errors="replace", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -64,8 +65,8 @@ def run(command, seconds, **environment):
 
 
 def end(process):
-    with contextlib.suppress(ProcessLookupError):
-        os.killpg(process.pid, signal.SIGKILL)
+    # By session: ninja and ctest give their children process groups of their own.
+    subprocess.run(["pkill", "-KILL", "--session", str(process.pid)], check=False)
 
 
 def first_line_with(word, output):
