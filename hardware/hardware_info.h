@@ -1,14 +1,11 @@
 // The record that describes the computer's hardware.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <variant>
+
+#include "platform/json.h"
 
 // A plain value: every copy is independent. Texts may be empty, numbers may be any; nothing checks them.
 struct HardwareInfo {
@@ -26,90 +23,20 @@ struct HardwareInfo {
     std::string storageType;
     std::string directxVersion;
     std::int64_t gpuMemory;  // In gigabytes.
-
-    // Writes the ten fields, in the order above and under their own names, to a keyed container that `encoder` makes.
-    // The first write that fails ends it, and its error is what comes back; nothing on success.
-    //
-    // An Encoder has a type Error and `std::variant<Container, Error> container()`, whose Container takes
-    // `std::optional<Error> encode(std::string_view key, const std::string& | std::int64_t)`.
-    template <typename Encoder>
-    [[nodiscard]] std::optional<typename Encoder::Error> encode(Encoder& encoder) const;
-
-    // Reads the ten fields in the same order. None has a fallback: the first that is missing, null or of another type
-    // ends it with the decoder's own error. Other keys are ignored.
-    //
-    // A Decoder has a type Error and `std::variant<Container, Error> container()`, whose Container gives
-    // `std::variant<std::string, Error> text(std::string_view key)` and, alike, `integer(key)`.
-    template <typename Decoder>
-    [[nodiscard]] static std::variant<HardwareInfo, typename Decoder::Error> decode(Decoder& decoder);
-
-  private:
-    friend struct HardwareInfoCodingKeys;  // The tests' way to the keys.
-
-    enum class CodingKeys {
-        os,
-        processor,
-        graphicsCard,
-        ramGB,
-        ramType,
-        ramFrequency,
-        storageGB,
-        storageType,
-        directxVersion,
-        gpuMemory,
-    };
-
-    static constexpr std::size_t keyCount = 10;
-
-    [[nodiscard]] static std::string_view textOf(CodingKeys key);
-    [[nodiscard]] static std::optional<std::int64_t> integerOf(CodingKeys key);           // Always none.
-    [[nodiscard]] static std::optional<CodingKeys> keyFromText(std::string_view text);    // Case-sensitive.
-    [[nodiscard]] static std::optional<CodingKeys> keyFromInteger(std::int64_t integer);  // Always none.
 };
 
-template <typename Encoder>
-std::optional<typename Encoder::Error> HardwareInfo::encode(Encoder& encoder) const {
-    auto opened = encoder.container();
-    if (auto* error = std::get_if<1>(&opened)) return std::move(*error);
-    auto& container = std::get<0>(opened);
-    const auto write = [&container](CodingKeys key, const auto& value) { return container.encode(textOf(key), value); };
+// The ten fields, in the order above and under their own names.
+[[nodiscard]] platform::JsonObject jsonObjectOf(const HardwareInfo& info);
 
-    if (auto error = write(CodingKeys::os, os)) return error;
-    if (auto error = write(CodingKeys::processor, processor)) return error;
-    if (auto error = write(CodingKeys::graphicsCard, graphicsCard)) return error;
-    if (auto error = write(CodingKeys::ramGB, ramGB)) return error;
-    if (auto error = write(CodingKeys::ramType, ramType)) return error;
-    if (auto error = write(CodingKeys::ramFrequency, ramFrequency)) return error;
-    if (auto error = write(CodingKeys::storageGB, storageGB)) return error;
-    if (auto error = write(CodingKeys::storageType, storageType)) return error;
-    if (auto error = write(CodingKeys::directxVersion, directxVersion)) return error;
-    return write(CodingKeys::gpuMemory, gpuMemory);
-}
+struct CodingError {
+    enum class Kind { keyNotFound, valueNotFound, typeMismatch };  // valueNotFound: it is null.
 
-template <typename Decoder>
-std::variant<HardwareInfo, typename Decoder::Error> HardwareInfo::decode(Decoder& decoder) {
-    using Error = typename Decoder::Error;
-    auto opened = decoder.container();
-    if (auto* error = std::get_if<1>(&opened)) return std::move(*error);
-    auto& container = std::get<0>(opened);
+    Kind kind;
+    std::string key;
 
-    std::optional<Error> firstError;
-    const auto take = [&firstError](auto&& read) {
-        using Value = std::variant_alternative_t<0, std::decay_t<decltype(read)>>;
-        if (auto* value = std::get_if<0>(&read)) return std::move(*value);
-        firstError = std::move(std::get<1>(read));
-        return Value{};
-    };
-    const auto text = [&](CodingKeys key) { return firstError ? std::string{} : take(container.text(textOf(key))); };
-    const auto integer = [&](CodingKeys key) {
-        return firstError ? std::int64_t{} : take(container.integer(textOf(key)));
-    };
+    bool operator==(const CodingError&) const = default;
+};
 
-    // Braces, because they alone promise to read from left to right.
-    HardwareInfo info{text(CodingKeys::os),           text(CodingKeys::processor),   text(CodingKeys::graphicsCard),
-                      integer(CodingKeys::ramGB),     text(CodingKeys::ramType),     integer(CodingKeys::ramFrequency),
-                      integer(CodingKeys::storageGB), text(CodingKeys::storageType), text(CodingKeys::directxVersion),
-                      integer(CodingKeys::gpuMemory)};
-    if (firstError) return std::move(*firstError);
-    return info;
-}
+// The record of the ten members, or the first error in the order of the fields. Text and numbers are not converted into
+// each other, nor a boolean into a number; a number without a fraction (16.0) is an integer. Other members are ignored.
+[[nodiscard]] std::variant<HardwareInfo, CodingError> hardwareInfoFrom(const platform::JsonObject& object);

@@ -15,16 +15,10 @@ constexpr double beyondIntegers = 9223372036854775808.0;
 
 }  // namespace
 
-JsonObject::JsonObject(std::initializer_list<std::pair<std::string, JsonValue>> members) {
-    for (const auto& [key, value] : members) add(key, value);
-}
-
 const JsonValue* JsonObject::find(std::string_view key) const {
     const auto member = std::find_if(members_.begin(), members_.end(), [key](const auto& m) { return m.first == key; });
     return member == members_.end() ? nullptr : &member->second;
 }
-
-void JsonObject::add(std::string key, JsonValue value) { members_.emplace_back(std::move(key), std::move(value)); }
 
 std::optional<bool> JsonValue::asBool() const {
     if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean;
@@ -44,12 +38,5 @@ std::optional<std::int64_t> JsonValue::asInteger() const {
 }
 
 const std::string* JsonValue::asString() const { return std::get_if<std::string>(&content_); }
-
-std::optional<JsonObject> jsonObjectFrom(std::string_view bytes) {
-    const std::optional<JsonValue> value = jsonValueFrom(bytes);
-    const JsonObject* object = value ? std::get_if<JsonObject>(&value->content()) : nullptr;
-    if (object == nullptr) return std::nullopt;
-    return *object;
-}
 
 }  // namespace platform

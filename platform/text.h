@@ -17,7 +17,8 @@ namespace platform {
 
 enum class UnicodeEncoding { utf16LittleEndian, utf16BigEndian, utf32LittleEndian, utf32BigEndian };
 
-// The bytes as text; absent when they are not well-formed: a lone surrogate, a unit cut short.
+// The bytes as text; absent when they are not well-formed: a lone surrogate, a unit cut short. A byte order mark is an
+// ordinary character.
 [[nodiscard]] std::optional<std::string> textFrom(UnicodeEncoding encoding, std::string_view bytes);
 
 // Both ends freed of white space: tab and the Unicode spaces (general category Zs). Line breaks stay, and so does the

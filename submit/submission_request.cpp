@@ -16,19 +16,18 @@ constexpr std::chrono::seconds timeoutInterval{60};
 
 // The website's own names, which are not those of the record's keyed form.
 platform::JsonObject bodyOf(const HardwareInfo& hardware) {
-    const auto number = [](std::int64_t integer) { return platform::JsonValue::Content(integer); };
     return {
         {"profile_name", "My PC"},
         {"os", hardware.os},
         {"processor", hardware.processor},
         {"graphics_card", hardware.graphicsCard},
-        {"ram_gb", number(hardware.ramGB)},
+        {"ram_gb", hardware.ramGB},
         {"ram_type", hardware.ramType},
-        {"ram_frequency", number(hardware.ramFrequency)},
-        {"storage_gb", number(hardware.storageGB)},
+        {"ram_frequency", hardware.ramFrequency},
+        {"storage_gb", hardware.storageGB},
         {"storage_type", hardware.storageType},
         {"directx_version", hardware.directxVersion},
-        {"gpu_memory", number(hardware.gpuMemory)},
+        {"gpu_memory", hardware.gpuMemory},
     };
 }
 

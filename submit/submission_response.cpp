@@ -1,5 +1,7 @@
 #include "submit/submission_response.h"
 
+#include <array>
+#include <exception>
 #include <string_view>
 
 #include "platform/dispatch.h"
@@ -15,15 +17,18 @@ namespace {
 
 constexpr int ok = 200;
 
-void fail(Submission& submission, std::string message, const std::string& logLine) {
+// What is read out of an answer.
+constexpr std::array<std::string_view, 4> answerKeys = {"success", "error", "hardware_id", "redirect_url"};
+
+void fail(Submission& submission, std::string message, std::string_view logText, std::string_view logValue = {}) {
+    log(logText, logValue);
     submission.errorMessage = std::move(message);
-    log(logLine);
 }
 
-std::string reasonIn(const platform::JsonObject& answer) {
+std::string_view reasonIn(const platform::JsonObject& answer) {
     const platform::JsonValue* error = answer.find("error");
     const std::string* reason = error != nullptr ? error->asString() : nullptr;
-    return reason != nullptr ? *reason : "Unknown error";
+    return reason != nullptr ? std::string_view(*reason) : "Unknown error";
 }
 
 void open(const platform::Url& page, const std::optional<HardwareId>& hardwareId) {
@@ -36,13 +41,14 @@ void open(const platform::Url& page, const std::optional<HardwareId>& hardwareId
 }
 
 void openPageFor(const platform::JsonObject& answer, const std::string& baseUrl) {
-    const PageToOpen choice = pageToOpen(answer, baseUrl);
+    PageToOpen choice = pageToOpen(answer, baseUrl);
     if (choice.unusableRedirect) log("⚠️  Could not create valid URL from redirect: ", *choice.unusableRedirect);
     if (!choice.page) {
         log("❌ Could not create any valid URL to open");
         return;
     }
-    platform::mainQueue::async([page = *choice.page, hardwareId = choice.hardwareId] { open(page, hardwareId); });
+    platform::mainQueue::async(
+        [page = std::move(*choice.page), hardwareId = std::move(choice.hardwareId)] { open(page, hardwareId); });
 }
 
 // Steps 2 to 9. Any of them may be the last.
@@ -53,18 +59,18 @@ void settle(const std::optional<std::string>& body, const std::optional<platform
         const std::string code = std::to_string(response->statusCode);
         log("📥 Response status: ", code);
         if (response->statusCode != ok) {
-            fail(submission, "Server error: HTTP " + code, "❌ Server returned status: " + code);
+            fail(submission, "Server error: HTTP " + code, "❌ Server returned status: ", code);
         }
     }
 
-    // 3. Is there a body? One of no bytes is one.
+    // 3. Is there a body? An empty one counts.
     if (!body) return fail(submission, "No data received", "❌ No data in response");
 
     // 4. The body, for whoever reads the log.
     if (platform::isUtf8(*body)) log("📥 Response body: ", *body);
 
     // 5. JSON.
-    const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(*body);
+    const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(*body, answerKeys);
     if (!answer) return fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
 
     // 6. Verdict.
@@ -72,13 +78,13 @@ void settle(const std::optional<std::string>& body, const std::optional<platform
     const std::optional<bool> success = member != nullptr ? member->asBool() : std::nullopt;
     if (!success) return fail(submission, "Invalid response format", "❌ Response missing 'success' field");
 
-    // 7. The one place where it is taken down.
+    // 7. Only here is the verdict set.
     submission.succeeded = *success;
 
     // 8. Refused.
     if (!*success) {
-        const std::string reason = reasonIn(*answer);
-        return fail(submission, reason, "❌ Server returned error: " + reason);
+        const std::string_view reason = reasonIn(*answer);
+        return fail(submission, std::string(reason), "❌ Server returned error: ", reason);
     }
 
     // 9. Accepted. Posted before the caller is woken, so that the page opens before anything the caller posts.
@@ -93,9 +99,14 @@ void handleSubmissionAnswer(const std::optional<std::string>& body,
     // 1. Transport error: whatever came with it does not count.
     if (error) {
         fail(submission, "Network error: " + error->localizedDescription,
-             "❌ Network error: " + error->localizedDescription);
+             "❌ Network error: ", error->localizedDescription);
     } else {
-        settle(body, response, submission);
+        try {
+            settle(body, response, submission);
+        } catch (const std::exception&) {  // Out of memory.
+            submission.succeeded = false;
+            fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
+        }
     }
 
     // 10. Wake the caller.

@@ -1,6 +1,8 @@
+#include <array>
 #include <memory>
 #include <optional>
 #include <semaphore>
+#include <string_view>
 #include <utility>
 
 #include "platform/http.h"
@@ -35,7 +37,8 @@ std::string textOf(const platform::JsonObject& body) {
 }
 
 void logWhetherCreated(const std::string& body) {
-    const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(body);
+    constexpr std::array<std::string_view, 1> keys = {"created"};
+    const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(body, keys);
     if (!answer) return;
     // A number is not a boolean here, although 1 converts to one.
     const platform::JsonValue* member = answer->find("created");

@@ -32,32 +32,29 @@ bool isLineEnding(std::string_view text) { return text.starts_with('\n') || text
 
 // A terminal obeys control characters, so that an answer could move the cursor and write over lines that tell of it.
 // There they are shown as the pictures that Unicode has of them.
-std::string withControlsVisible(std::string_view text) {
-    constexpr std::string_view replacement = "\xEF\xBF\xBD";
-    std::string visible;
+void writeWithControlsVisible(std::string_view text) {
+    constexpr const char* replacement = "\xEF\xBF\xBD";
     for (std::size_t at = 0; at < text.size(); ++at) {
         const auto byte = static_cast<unsigned char>(text[at]);
         const bool isObeyed = byte == '\t' || isLineEnding(text.substr(at));
         const bool isControl = (byte < 0x20 && !isObeyed) || byte == 0x7F;
         const unsigned char next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
         if (isControl) {
-            visible += "\xE2\x90";
-            visible += static_cast<char>(0x80 | (byte == 0x7F ? 0x21 : byte));
+            std::fputs("\xE2\x90", output);
+            std::fputc(0x80 | (byte == 0x7F ? 0x21 : byte), output);
         } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {  // U+0080 to U+009F
-            visible += replacement;
+            std::fputs(replacement, output);
             ++at;
         } else {
-            visible += text[at];
+            std::fputc(byte, output);
         }
     }
-    return visible;
 }
 
 void write(std::string_view text) {
-    if (text.empty()) return;  // Its data() may be null.
+    if (text.empty()) return;  // data() may be null.
     if (isForATerminal()) {
-        const std::string visible = withControlsVisible(text);
-        std::fwrite(visible.data(), 1, visible.size(), output);
+        writeWithControlsVisible(text);
     } else {
         std::fwrite(text.data(), 1, text.size(), output);
     }

@@ -101,7 +101,8 @@ bool isUtf8(std::string_view bytes) {
 
 std::optional<std::string> textFrom(UnicodeEncoding encoding, std::string_view bytes) {
     if (bytes.size() % unitSize(encoding) != 0) return std::nullopt;  // The decoder would put a mark in its place.
-    QStringDecoder decoder(toolkitEncoding(encoding), QStringConverter::Flag::Stateless);
+    QStringDecoder decoder(toolkitEncoding(encoding),
+                           QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
     const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
     if (decoder.hasError() || !text.isValidUtf16()) return std::nullopt;
     return text.toStdString();

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -10,7 +13,6 @@ using platform::jsonDataFrom;
 using platform::JsonObject;
 using platform::jsonObjectFrom;
 using platform::JsonValue;
-using platform::jsonValueFrom;
 
 JsonValue member(const std::string& json) { return *jsonObjectFrom("{\"a\":" + json + "}")->find("a"); }
 
@@ -67,62 +69,62 @@ TEST(Json, OnlyAStringIsAString) {
     EXPECT_EQ(member("42").asString(), nullptr);
 }
 
-TEST(Json, ListsAndObjectsKeepTheirValuesInOrder) {
-    const std::string json = R"({"a":[1,"b",[true,null],{"d":2,"c":[]}],"b":{}})";
-    EXPECT_EQ(jsonDataFrom(*jsonObjectFrom(json)), json);
-}
-
 TEST(Json, OfTwoMembersOfOneNameTheFirstCounts) {
     EXPECT_EQ(jsonObjectFrom(R"({"a":1,"\u0061":2})")->find("a")->asInteger(), 1);
 }
 
+// In the place of a member's value, where it is kept, and deeper, where it is only checked.
+std::vector<std::string> withValue(const std::string& value) {
+    return {"{\"a\":" + value + "}", "{\"a\":[" + value + "]}", "{\"a\":[{\"b\":" + value + "}]}"};
+}
+
 TEST(Json, ReadsWhatTheWebsiteMaySend) {
-    for (const char* json : {"{}", "[]", " \t\r\n{} ", "[1,]", R"({"a":1,})", "\xEF\xBB\xBF{}", R"(["\u0000"])",
-                             "[1e-400]", "[\"\x7F\"]"}) {
-        EXPECT_TRUE(jsonValueFrom(json)) << json;
+    for (const char* json : {"{}", " \t\r\n{} ", R"({"a":1,})", "\xEF\xBB\xBF{}"}) {
+        EXPECT_TRUE(jsonObjectFrom(json)) << json;
     }
+    for (const char* value : {"[1,]", R"("\u0000")", "1e-400", "\"\x7F\"", "{}", "[]"}) {
+        for (const std::string& json : withValue(value)) EXPECT_TRUE(jsonObjectFrom(json)) << json;
+    }
+}
+
+TEST(Json, RefusesWhatIsNotAnObject) {
+    for (const char* json : {"", " ", "1", "\"a\"", "true", "null", "[]", "[{}]", "{", "{,}", "{} x", "{a:1}",
+                             "{} // no", "/**/{}", "{\"a\"}", "{\"a\":}", "{\"a\":1 \"b\":2}", "{}}"}) {
+        EXPECT_FALSE(jsonObjectFrom(json)) << json;
+    }
+    EXPECT_FALSE(jsonObjectFrom(std::string("{}\0", 3)));
 }
 
 TEST(Json, RefusesWhatIsNotJson) {
-    for (const char* json : {"",
-                             " ",
-                             "1",
-                             "\"a\"",
-                             "true",
-                             "null",
-                             "{",
-                             "[1,,]",
-                             "[,]",
-                             "{,}",
-                             "{} x",
-                             "[01]",
-                             "[+1]",
-                             "[.5]",
-                             "[5.]",
-                             "[1e]",
-                             "['a']",
-                             "{a:1}",
-                             "[True]",
-                             "[NaN]",
-                             "[Infinity]",
-                             "[1e400]",
-                             "[-1e9999]",
-                             "[\"\n\"]",
-                             R"(["\x41"])",
-                             R"(["\ud800"])",
-                             R"(["\udd0d\ud83d"])",
-                             "[\"\xFF\"]",
-                             "[\"\xED\xA0\x80\"]",
-                             "[1] // no",
-                             "/**/[]"}) {
-        EXPECT_FALSE(jsonValueFrom(json)) << json;
+    for (const char* value : {"[1,,]",       "[,]",
+                              "{,}",         "[",
+                              "01",          "+1",
+                              ".5",          "5.",
+                              "1e",          "'a'",
+                              "{a:1}",       "True",
+                              "NaN",         "Infinity",
+                              "1e400",       "-1e9999",
+                              "\"\n\"",      R"("\x41")",
+                              R"("\ud800")", R"("\udd0d\ud83d")",
+                              "\"\xFF\"",    "\"\xED\xA0\x80\""}) {
+        for (const std::string& json : withValue(value)) EXPECT_FALSE(jsonObjectFrom(json)) << json;
     }
-    EXPECT_FALSE(jsonValueFrom(std::string("{}\0", 3)));
 }
 
 TEST(Json, GoesFiveHundredAndTwelveLevelsDeep) {
-    EXPECT_TRUE(jsonValueFrom(std::string(512, '[') + std::string(512, ']')));
-    EXPECT_FALSE(jsonValueFrom(std::string(513, '[') + std::string(513, ']')));
+    const auto levels = [](std::size_t count) {
+        return "{\"a\":" + std::string(count - 1, '[') + std::string(count - 1, ']') + "}";
+    };
+    EXPECT_TRUE(jsonObjectFrom(levels(512)));
+    EXPECT_FALSE(jsonObjectFrom(levels(513)));
+}
+
+TEST(Json, KeepsOnlyTheFirstMemberOfEachNameAskedFor) {
+    constexpr std::array<std::string_view, 2> keys{"b", "a"};
+    const auto object = jsonObjectFrom(R"({"x":1,"a":2,"a":"later","deeper":{"b":3},"b":[4],"\u0062":5})", keys);
+    ASSERT_EQ(object->members().size(), 2U);
+    EXPECT_EQ(object->find("a")->asInteger(), 2);
+    EXPECT_TRUE(std::holds_alternative<platform::JsonContainer>(object->find("b")->content()));
 }
 
 std::string widened(const std::string& text, std::size_t width, bool littleEndian, const std::string& mark) {
@@ -148,8 +150,29 @@ TEST(Json, IsReadInEveryUnicodeEncodingWithAndWithoutMark) {
     }
 }
 
+// Such a text is converted in parts of 64 KiB; the pairs of surrogates stand at either side of each cut.
+TEST(Json, IsReadInAWideEncodingWhateverItsLength) {
+    for (const std::size_t shift : {0U, 1U}) {
+        std::u16string text = u"{\"a\":\"" + std::u16string(shift, u'x');
+        std::string expected(shift, 'x');
+        for (int count = 0; count < 100'000; ++count) {
+            text += u"\U0001F50D\uFEFF";
+            expected += "\U0001F50D\uFEFF";
+        }
+        text += u"\"}";
+        std::string bytes;
+        for (const char16_t unit : text) {
+            bytes += static_cast<char>(unit >> 8U);
+            bytes += static_cast<char>(unit & 0xFFU);
+        }
+        const auto object = jsonObjectFrom(bytes);
+        ASSERT_TRUE(object);
+        EXPECT_TRUE(*object->find("a")->asString() == expected);
+    }
+}
+
 TEST(Json, IsWrittenCompactInTheOrderOfTheMembers) {
-    EXPECT_EQ(jsonDataFrom({{"b", "x"}, {"a", JsonValue::Content(std::int64_t{-7})}, {"c", JsonValue::Content(true)}}),
+    EXPECT_EQ(jsonDataFrom({{"b", "x"}, {"a", std::int64_t{-7}}, {"c", JsonValue::Content(true)}}),
               R"({"b":"x","a":-7,"c":true})");
     EXPECT_EQ(jsonDataFrom({}), "{}");
 }
@@ -163,6 +186,7 @@ TEST(Json, CannotWriteBrokenTextOrNumbersThatAreNone) {
     EXPECT_EQ(jsonDataFrom({{"a", "\xFF"}}), std::nullopt);
     EXPECT_EQ(jsonDataFrom({{"\xFF", "a"}}), std::nullopt);
     EXPECT_EQ(jsonDataFrom({{"a", JsonValue::Content(std::numeric_limits<double>::infinity())}}), std::nullopt);
+    EXPECT_EQ(jsonDataFrom({{"a", JsonValue::Content(platform::JsonContainer{})}}), std::nullopt);
 }
 
 }  // namespace
