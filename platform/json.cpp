@@ -20,6 +20,14 @@ const JsonValue* JsonObject::find(std::string_view key) const {
     return member == members_.end() ? nullptr : &member->second;
 }
 
+std::optional<std::string> JsonObject::takeString(std::string_view key) {
+    const auto member = std::find_if(members_.begin(), members_.end(), [key](const auto& m) { return m.first == key; });
+    if (member == members_.end()) return std::nullopt;
+    auto* const text = std::get_if<std::string>(&member->second.content());
+    if (text == nullptr) return std::nullopt;
+    return std::move(*text);
+}
+
 std::optional<bool> JsonValue::asBool() const {
     if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean;
     const std::optional<std::int64_t> integer = asInteger();

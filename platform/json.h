@@ -27,6 +27,7 @@ class JsonValue {
     JsonValue(const char* text) : content_(std::string(text)) {}
 
     [[nodiscard]] const Content& content() const { return content_; }
+    [[nodiscard]] Content& content() { return content_; }
 
     // What the value converts to, by the rules with which macOS bridges a parsed number: true and false are also 1 and
     // 0, the numbers 0 and 1 are also false and true, and a number without a fraction (42.0, 1e3) is also an integer.
@@ -48,6 +49,9 @@ class JsonObject {
     // The member's value, the first one's if a website repeats a name; null when there is none. Valid until the object
     // changes.
     [[nodiscard]] const JsonValue* find(std::string_view key) const;
+
+    // The member's text, moved out of the object; absent when there is no such member or it is no string.
+    [[nodiscard]] std::optional<std::string> takeString(std::string_view key);
 
     void add(std::string key, JsonValue value) { members_.emplace_back(std::move(key), std::move(value)); }
 

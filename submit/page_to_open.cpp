@@ -1,5 +1,8 @@
 #include "submit/page_to_open.h"
 
+#include <cstdint>
+#include <utility>
+
 #include "platform/text.h"
 
 using platform::Url;
@@ -9,19 +12,10 @@ namespace {
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 // A number counts before a text, and a text of digits stays a text.
-std::optional<HardwareId> hardwareIdIn(const platform::JsonObject& answer) {
+std::optional<std::string> hardwareIdIn(platform::JsonObject& answer) {
     const platform::JsonValue* member = answer.find("hardware_id");
-    if (member == nullptr) return std::nullopt;
-    if (const auto integer = member->asInteger()) return *integer;
-    if (const std::string* text = member->asString()) return *text;
-    return std::nullopt;
-}
-
-std::optional<std::string> redirectIn(const platform::JsonObject& answer) {
-    const platform::JsonValue* member = answer.find("redirect_url");
-    const std::string* redirect = member != nullptr ? member->asString() : nullptr;
-    if (redirect == nullptr || redirect->empty()) return std::nullopt;
-    return *redirect;
+    const std::optional<std::int64_t> number = member != nullptr ? member->asInteger() : std::nullopt;
+    return number ? std::to_string(*number) : answer.takeString("hardware_id");
 }
 
 // Case counts: an address that begins with "HTTPS://" is taken for a path.
@@ -29,35 +23,37 @@ bool isAbsolute(const std::string& redirect) {
     return redirect.starts_with("http://") || redirect.starts_with("https://");
 }
 
-std::string withHardwareId(const std::string& address, const HardwareId& hardwareId) {
-    return address + (contains(address, "?") ? "&" : "?") + "hardware_id=" + textOf(hardwareId);
+// `part` is the one whose query the id joins.
+void addHardwareId(std::string& address, const std::string& part, const std::string& hardwareId) {
+    address += contains(part, "?") ? "&hardware_id=" : "?hardware_id=";
+    address += hardwareId;
 }
 
 // Any mention of "hardware_id" in the redirect, in whatever word, means that the website has put the id in by itself.
-std::string relativePage(const std::string& redirect, const std::optional<HardwareId>& hardwareId,
+std::string relativePage(const std::string& redirect, const std::optional<std::string>& hardwareId,
                          const std::string& baseUrl) {
-    std::string path = redirect.starts_with('/') ? redirect : "/" + redirect;
-    if (hardwareId && !contains(path, "hardware_id")) path = withHardwareId(path, *hardwareId);
-    return std::string(platform::trimmedOfSlashes(baseUrl)) + path;
+    std::string page(platform::trimmedOfSlashes(baseUrl));
+    if (!redirect.starts_with('/')) page += '/';
+    page += redirect;
+    if (hardwareId && !contains(redirect, "hardware_id")) addHardwareId(page, redirect, *hardwareId);
+    return page;
 }
 
 }  // namespace
 
-std::string textOf(const HardwareId& hardwareId) {
-    if (const auto* integer = std::get_if<std::int64_t>(&hardwareId)) return std::to_string(*integer);
-    return std::get<std::string>(hardwareId);
-}
-
-PageToOpen pageToOpen(const platform::JsonObject& answer, const std::string& baseUrl) {
+PageToOpen pageToOpen(platform::JsonObject answer, const std::string& baseUrl) {
     PageToOpen choice;
     choice.hardwareId = hardwareIdIn(answer);
 
-    if (const std::optional<std::string> redirect = redirectIn(answer)) {
+    std::optional<std::string> redirect = answer.takeString("redirect_url");
+    if (redirect && !redirect->empty()) {
         choice.page =
             Url::parse(isAbsolute(*redirect) ? *redirect : relativePage(*redirect, choice.hardwareId, baseUrl));
-        if (!choice.page) choice.unusableRedirect = redirect;
+        if (!choice.page) choice.unusableRedirect = std::move(redirect);
     } else if (choice.hardwareId) {
-        choice.page = Url::parse(withHardwareId(baseUrl, *choice.hardwareId));
+        std::string page = baseUrl;
+        addHardwareId(page, baseUrl, *choice.hardwareId);
+        choice.page = Url::parse(std::move(page));
     }
 
     if (!choice.page) choice.page = Url::parse(baseUrl);

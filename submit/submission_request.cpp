@@ -55,10 +55,10 @@ bool HardwareDetector::sendToWebsite(const std::string& url, const HardwareInfo&
     platform::HttpRequest request = requestFor(*endpoint, std::move(*data));
     const auto submission = std::make_shared<Submission>(url);
     platform::log("📤 Sending hardware data to: ", endpoint->absoluteString());
-    platform::httpSession::start(std::move(request),
-                                 [submission](const auto& body, const auto& response, const auto& error) {
-                                     handleSubmissionAnswer(body, response, error, *submission);
-                                 });
+    platform::httpSession::start(
+        std::move(request), [submission](std::optional<std::string> body, const auto& response, const auto& error) {
+            handleSubmissionAnswer(std::move(body), response, error, *submission);
+        });
     submission->completion.acquire();
 
     // Also after a success: an answer that was accepted with another status than 200 left its message here.

@@ -25,23 +25,17 @@ void fail(Submission& submission, std::string message, std::string_view logText,
     submission.errorMessage = std::move(message);
 }
 
-std::string_view reasonIn(const platform::JsonObject& answer) {
-    const platform::JsonValue* error = answer.find("error");
-    const std::string* reason = error != nullptr ? error->asString() : nullptr;
-    return reason != nullptr ? std::string_view(*reason) : "Unknown error";
-}
-
-void open(const platform::Url& page, const std::optional<HardwareId>& hardwareId) {
+void open(const platform::Url& page, const std::optional<std::string>& hardwareId) {
     if (!platform::openInBrowser(page)) {
         log("❌ Failed to open URL: ", page.absoluteString());
         return;
     }
     log("✅ Opened URL: ", page.absoluteString());
-    log("📋 Hardware ID: ", (hardwareId ? textOf(*hardwareId) : "none"));
+    log("📋 Hardware ID: ", hardwareId ? *hardwareId : "none");
 }
 
-void openPageFor(const platform::JsonObject& answer, const std::string& baseUrl) {
-    PageToOpen choice = pageToOpen(answer, baseUrl);
+void openPageFor(platform::JsonObject answer, const std::string& baseUrl) {
+    PageToOpen choice = pageToOpen(std::move(answer), baseUrl);
     if (choice.unusableRedirect) log("⚠️  Could not create valid URL from redirect: ", *choice.unusableRedirect);
     if (!choice.page) {
         log("❌ Could not create any valid URL to open");
@@ -52,7 +46,7 @@ void openPageFor(const platform::JsonObject& answer, const std::string& baseUrl)
 }
 
 // Steps 2 to 9. Any of them may be the last.
-void settle(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
+void settle(std::optional<std::string> body, const std::optional<platform::HttpResponse>& response,
             Submission& submission) {
     // 2. Status. One other than 200 is told but decides nothing: the body does.
     if (response) {
@@ -70,7 +64,8 @@ void settle(const std::optional<std::string>& body, const std::optional<platform
     if (platform::isUtf8(*body)) log("📥 Response body: ", *body);
 
     // 5. JSON.
-    const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(*body, answerKeys);
+    std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(*body, answerKeys);
+    body.reset();  // It may be large.
     if (!answer) return fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
 
     // 6. Verdict.
@@ -83,18 +78,19 @@ void settle(const std::optional<std::string>& body, const std::optional<platform
 
     // 8. Refused.
     if (!*success) {
-        const std::string_view reason = reasonIn(*answer);
-        return fail(submission, std::string(reason), "❌ Server returned error: ", reason);
+        std::string reason = answer->takeString("error").value_or("Unknown error");
+        log("❌ Server returned error: ", reason);
+        submission.errorMessage = std::move(reason);
+        return;
     }
 
     // 9. Accepted. Posted before the caller is woken, so that the page opens before anything the caller posts.
-    openPageFor(*answer, submission.baseUrl);
+    openPageFor(std::move(*answer), submission.baseUrl);
 }
 
 }  // namespace
 
-void handleSubmissionAnswer(const std::optional<std::string>& body,
-                            const std::optional<platform::HttpResponse>& response,
+void handleSubmissionAnswer(std::optional<std::string> body, const std::optional<platform::HttpResponse>& response,
                             const std::optional<platform::HttpError>& error, Submission& submission) {
     // 1. Transport error: whatever came with it does not count.
     if (error) {
@@ -102,7 +98,7 @@ void handleSubmissionAnswer(const std::optional<std::string>& body,
              "❌ Network error: ", error->localizedDescription);
     } else {
         try {
-            settle(body, response, submission);
+            settle(std::move(body), response, submission);
         } catch (const std::exception&) {  // Out of memory.
             submission.succeeded = false;
             fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");

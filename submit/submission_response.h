@@ -21,6 +21,5 @@ struct Submission {
 
 // Settles the submission: logs what came, stores verdict and message, posts the opening of the page to the main queue,
 // and releases `completion` exactly once, as the last thing. Runs on the session's delivery queue.
-void handleSubmissionAnswer(const std::optional<std::string>& body,
-                            const std::optional<platform::HttpResponse>& response,
+void handleSubmissionAnswer(std::optional<std::string> body, const std::optional<platform::HttpResponse>& response,
                             const std::optional<platform::HttpError>& error, Submission& submission);

@@ -47,8 +47,7 @@ std::optional<pid_t> startOpener(const std::string& address) {
     posix_spawnattr_setsigdefault(&attributes, &signals);
 
     std::string name = "xdg-open";
-    std::string argument = address;
-    char* arguments[] = {name.data(), argument.data(), nullptr};
+    char* arguments[] = {name.data(), const_cast<char*>(address.c_str()), nullptr};
     pid_t opener = 0;
     const int failure = posix_spawnp(&opener, name.c_str(), &actions, &attributes, arguments, environ);
     posix_spawnattr_destroy(&attributes);

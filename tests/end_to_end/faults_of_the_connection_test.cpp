@@ -208,15 +208,6 @@ TEST_F(ConnectionFault, ABodyOf64MebibytesIsLoggedWhole) {
     expectOutcomeOf({"", sending(answerBytes(200, body)), refused(body, "no")});
 }
 
-// The most memory that the program has had so far, in bytes.
-std::size_t peakMemoryOf(const Program& program) {
-    std::ifstream status("/proc/" + std::to_string(program.pid()) + "/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6)) * 1024;
-    }
-    return 0;
-}
-
 // 64 MiB of gzip, which would be 64 GiB.
 TEST_F(ConnectionFault, ABombIsRefusedWithoutItsMemoryWhileTheWindowLives) {
     constexpr std::size_t mebibyte = std::size_t{1} << 20;

@@ -132,6 +132,14 @@ bool shows(const AccessibleProgram& window, const std::string& text) {
     return waitFor([&] { return window.label(text).has_value(); });
 }
 
+std::size_t peakMemoryOf(const Program& program) {
+    std::ifstream status("/proc/" + std::to_string(program.pid()) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6)) * 1024;
+    }
+    return 0;
+}
+
 std::string valueIn(const std::string& settings, const std::string& key) {
     const std::size_t start = settings.find(key + "=");
     if (start == std::string::npos) return "(absent)";

@@ -52,6 +52,9 @@ class Surroundings : public testing::Test {
 [[nodiscard]] bool press(const AccessibleProgram& window, const std::string& name);
 [[nodiscard]] bool shows(const AccessibleProgram& window, const std::string& text);
 
+// The most memory that the program has had so far, in bytes.
+[[nodiscard]] std::size_t peakMemoryOf(const Program& program);
+
 // What a settings file says for `key`, or "(absent)".
 [[nodiscard]] std::string valueIn(const std::string& settings, const std::string& key);
 

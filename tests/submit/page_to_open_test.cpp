@@ -21,7 +21,7 @@ TEST_P(PageToOpenTable, IsChosenByTheAnswerAndTheBaseUrl) {
     const PageToOpen choice = pageToOpen(platform::jsonObjectFrom(GetParam().answer).value(), GetParam().base);
 
     EXPECT_EQ(choice.page ? choice.page->absoluteString() : "", GetParam().page);
-    EXPECT_EQ(choice.hardwareId ? textOf(*choice.hardwareId) : "", GetParam().id);
+    EXPECT_EQ(choice.hardwareId.value_or(""), GetParam().id);
     EXPECT_EQ(choice.unusableRedirect.value_or(""), GetParam().unusableRedirect);
 }
 
