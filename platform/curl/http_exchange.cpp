@@ -85,6 +85,7 @@ std::size_t takeHeaderLine(char* bytes, std::size_t, std::size_t count, void* us
     if (line.starts_with("HTTP/")) {
         if (!isStatusLine(line)) return 0;
         takeStatusLine(exchange);
+        if (exchange.answer.statusCode < 200 && ++exchange.interimAnswers > mostInterimAnswers) return 0;
     } else if (exchange.answer.headerComplete) {
         return count;
     } else if (trimmed(line).empty()) {

@@ -17,6 +17,9 @@ namespace platform {
 // As it is received, and once it is decoded.
 inline constexpr std::size_t largestBody = std::size_t{256} << 20;
 
+// Each line of an answer counts as life, so that interim answers (100 to 199) without end would never time out.
+inline constexpr int mostInterimAnswers = 16;
+
 // What has come in answer so far. Of several answers (100 before 200, a redirect before its target's) the last counts.
 struct Answer {
     int statusCode = 0;
@@ -38,6 +41,7 @@ struct Exchange {
     HttpRequest request;
     HttpCompletionHandler completionHandler;
     Answer answer;
+    int interimAnswers = 0;
     std::optional<HttpError> error;
     std::chrono::steady_clock::time_point lastActivity;
     std::array<char, CURL_ERROR_SIZE> errorText{};

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QThreadPool>
+#include <csignal>
 #include <cstdio>
 
 #include "platform/qt/accessible_elements.h"
@@ -30,6 +31,7 @@ void keepPaintingSimple() {
 }  // namespace
 
 void application::run(const WindowGroup& scene) {
+    std::signal(SIGCHLD, SIG_DFL);  // A parent that ignored it would keep us from seeing how our children end.
     // The program takes no arguments, and so neither does the toolkit.
     int argumentCount = 1;
     char name[] = "hardware-detector";

@@ -90,6 +90,16 @@ TEST(HttpSession, DeliversAnswersThatEndOnlyByTheirLengthWhileTheConnectionStays
     EXPECT_TRUE(server.waitForEndedConnections(1));
 }
 
+TEST(HttpSession, RefusesInterimAnswersWithoutEnd) {
+    std::string sixteen;
+    for (int count = 0; count < 16; ++count) sixteen += "HTTP/1.1 103 Early Hints\r\n\r\n";
+    const ScriptedServer patient(always({Send{sixteen + answerBytes(200, "at last")}}));
+    EXPECT_EQ(resultOf(post(patient.url("/"))).body, "at last");
+
+    const ScriptedServer endless(always({testSupport::SendEndlessly{"HTTP/1.1 103 Early Hints\r\n\r\n"}}));
+    expectError(resultOf(post(endless.url("/"))), -1017, "cannot parse response");
+}
+
 TEST(HttpSession, SkipsInterimAnswers) {
     const auto interim = [](const std::string& status) {
         return "HTTP/1.1 " + status + "\r\nContent-Encoding: gzip\r\nLocation: /elsewhere\r\n\r\n";

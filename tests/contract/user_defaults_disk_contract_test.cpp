@@ -116,13 +116,38 @@ TEST_F(UserDefaultsOnDisk, TheFileStaysForItsOwnerAloneFromProcessToProcess) {
     EXPECT_EQ(mode(), 0600U);
 }
 
-TEST_F(UserDefaultsOnDisk, AFileThatOthersCouldReadIsForItsOwnerAloneOnceAValueIsStored) {
+TEST_F(UserDefaultsOnDisk, AFileThatOthersCouldReadIsForItsOwnerAloneAtTheFirstLook) {
     std::filesystem::create_directories(file().parent_path());
     std::ofstream(file()) << "[General]\nkey=old\n";
     std::filesystem::permissions(file(), std::filesystem::perms(0666));
-    EXPECT_EQ(run("set key new"), "");
+    EXPECT_EQ(run("get key"), "[old]\n");
     EXPECT_EQ(mode(), 0600U);
-    EXPECT_EQ(run("get key"), "[new]\n");
+}
+
+TEST_F(UserDefaultsOnDisk, ANewFolderIsForItsOwnerAlone) {
+    EXPECT_EQ(shell("umask 000; " CHILD_PATH " set key value").status, 0);
+    EXPECT_EQ(std::filesystem::status(file().parent_path()).permissions(), std::filesystem::perms::owner_all);
+}
+
+constexpr const char* valuesOfThisRun = "get key set key new get key bool flag 1 get flag";
+
+// A pipe that nobody writes to would be read for ever.
+TEST_F(UserDefaultsOnDisk, APipeInTheFilesPlaceIsLeftAlone) {
+    std::filesystem::create_directories(file().parent_path());
+    ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
+    EXPECT_EQ(run(valuesOfThisRun), "none\n[new]\n[1]\n");
+    EXPECT_TRUE(std::filesystem::is_fifo(file()));
+}
+
+TEST_F(UserDefaultsOnDisk, ALinkInTheFilesPlaceAndItsTargetAreLeftAlone) {
+    std::filesystem::create_directories(file().parent_path());
+    std::ofstream(home_.path() / "target") << "[General]\nkey=another program's\n";
+    std::filesystem::create_symlink(home_.path() / "target", file());
+    EXPECT_EQ(run(valuesOfThisRun), "none\n[new]\n[1]\n");
+    EXPECT_TRUE(std::filesystem::is_symlink(file()));
+    std::ostringstream text;
+    text << std::ifstream(home_.path() / "target").rdbuf();
+    EXPECT_EQ(text.str(), "[General]\nkey=another program's\n");
 }
 
 // A home with "old" under "key", and no room for anything more while the ballast is there.

@@ -49,6 +49,19 @@ class DesktopFault : public Surroundings {
     }
 };
 
+TEST_F(DesktopFault, AnIgnoredSignalOfAParentDoesNotMakeAPageThatOpenedAFailure) {
+    const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
+    Program::Setting deaf = setting();
+    deaf.arguments = {"-c", R"(trap '' CHLD; exec "$0")", deaf.path};
+    deaf.path = "/bin/sh";
+    Program program(deaf);
+    const AccessibleProgram window(program.pid());
+    EXPECT_TRUE(press(window, "Detect Hardware"));
+    EXPECT_TRUE(press(window, "Send to Website"));
+    EXPECT_EQ(program.waitForExit(), success);
+    EXPECT_TRUE(program.waitForLine("✅ Opened URL: " + page()));
+}
+
 TEST_F(DesktopFault, AnOpenerThatHangsCountsAsABrowser) {
     opener_.hang();
     EXPECT_EQ(linesAfterTheAnswer(), (std::vector<std::string>{"✅ Opened URL: " + page(), "📋 Hardware ID: 42"}));

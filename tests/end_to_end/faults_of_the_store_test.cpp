@@ -1,5 +1,6 @@
 // What becomes of the device id when the settings cannot be read or written.
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -88,6 +89,12 @@ TEST_F(DiskFault, AReadOnlyEmptyHomeLeavesAnIdForTheRun) {
 
 TEST_F(StoreFault, AFolderInTheFilesPlaceLeavesAnIdForTheRun) {
     std::filesystem::create_directories(file());
+    EXPECT_EQ(idOfAStart().size(), 36U);
+}
+
+TEST_F(StoreFault, APipeInTheFilesPlaceLeavesAnIdForTheRun) {
+    std::filesystem::create_directories(folder());
+    ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
     EXPECT_EQ(idOfAStart().size(), 36U);
 }
 
