@@ -1,4 +1,5 @@
 #include <array>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <semaphore>
@@ -65,8 +66,8 @@ void refuse(const std::string& code, const std::string* text) {
     if (text != nullptr) log("   Response: ", *text);
 }
 
-void handleInstallAnswer(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
-                         const std::optional<platform::HttpError>& error, InstallReport& report) {
+void settle(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
+            const std::optional<platform::HttpError>& error, InstallReport& report) {
     if (error) {
         log("❌ Install tracking error: ", error->localizedDescription);
         log("   Error details: ", error->details);
@@ -79,6 +80,14 @@ void handleInstallAnswer(const std::optional<std::string>& body, const std::opti
         } else {
             refuse(code, text);
         }
+    }
+}
+
+void handleInstallAnswer(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
+                         const std::optional<platform::HttpError>& error, InstallReport& report) {
+    try {
+        settle(body, response, error, report);
+    } catch (const std::exception&) {  // Out of memory: not tracked, and the caller must not wait for ever.
     }
     report.completion.release();
 }

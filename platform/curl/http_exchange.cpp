@@ -246,11 +246,13 @@ std::optional<HttpError> errorOf(const Exchange& exchange, CURLcode result) {
     return std::nullopt;
 }
 
-void deliver(Exchange& exchange) {
+void deliver(Exchange& exchange) try {
     if (!exchange.error) decodeBody(exchange);
     if (exchange.error) return exchange.completionHandler(std::nullopt, std::nullopt, std::move(exchange.error));
     const HttpResponse response{exchange.answer.statusCode};
     exchange.completionHandler(std::move(exchange.answer.body), response, std::nullopt);
+} catch (const std::exception&) {
+    // A handler that found no memory: the other exchanges go on.
 }
 
 }  // namespace platform

@@ -110,6 +110,13 @@ TEST(HttpSession, TakesRequestsFromSeveralThreadsAtATime) {
     EXPECT_EQ(server.requests().size(), 20u);
 }
 
+TEST(HttpSession, GoesOnAfterAnExceptionOfAHandler) {
+    const ScriptedServer server(always({Send{answerBytes(200, "fine")}}));
+    platform::httpSession::start(get(server.url("/")), [](auto, auto, auto) { throw std::bad_alloc(); });
+    EXPECT_EQ(resultOf(get(server.url("/"))).body, "fine");
+    EXPECT_EQ(resultOf(get(server.url("/"))).body, "fine");
+}
+
 TEST(HttpSession, TakesARequestFromWithinAHandler) {
     const ScriptedServer server(inTurn({{Send{answerBytes(200, "one")}}, {Send{answerBytes(200, "two")}}}));
     const HttpRequest second = get(server.url("/second"));

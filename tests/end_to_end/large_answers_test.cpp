@@ -1,4 +1,8 @@
-// How much memory an answer takes.
+// How much memory an answer takes, and what becomes of it when there is none.
+#include <sys/resource.h>
+
+#include <fstream>
+#include <future>
 #include <ostream>
 
 #include "tests/end_to_end/surroundings.h"
@@ -30,12 +34,18 @@ std::string bodyOf(const Shape& shape) {
     return body + shape.end;
 }
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define SKIP_WITH_SANITIZERS GTEST_SKIP() << "a sanitizer takes memory of its own"
+#else
+#define SKIP_WITH_SANITIZERS static_cast<void>(0)
+#endif
+
+using LackOfMemory = Surroundings;
+
 class LargeAnswer : public Surroundings, public testing::WithParamInterface<Shape> {};
 
 TEST_P(LargeAnswer, TakesThreeTimesItsSizeAtMost) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "a sanitizer takes memory of its own";
-#endif
+    SKIP_WITH_SANITIZERS;
     const std::string body = bodyOf(GetParam());
     const ScriptedServer server(website({Send{answerBytes(200, body)}}), websitePort());
     Program program(setting());
@@ -67,6 +77,39 @@ INSTANTIATE_TEST_SUITE_P(
                     Shape{"LongAbsoluteRedirect", R"({"success":true,"redirect_url":"http://h/)", "x", "\"}"},
                     Shape{"LongHardwareId", R"({"success":true,"hardware_id":")", "x", "\"}"}),
     nameOf);
+
+// The bytes of memory that the program may take beyond those it has.
+void leaveMemory(const Program& program, std::size_t bytes) {
+    std::ifstream status("/proc/" + std::to_string(program.pid()) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (!line.starts_with("VmSize:")) continue;
+        const rlim_t most = std::stoul(line.substr(7)) * 1024 + bytes;
+        const rlimit limit{most, most};
+        ASSERT_EQ(prlimit(program.pid(), RLIMIT_AS, &limit, nullptr), 0);
+    }
+}
+
+TEST_F(LackOfMemory, ForAnAnswerIsAnErrorOfThatAnswerAlone) {
+    SKIP_WITH_SANITIZERS;
+    std::promise<void> release;
+    const ScriptedServer server(
+        [free = release.get_future().share()](const testSupport::RecordedRequest& request) -> testSupport::Script {
+            if (request.target() != "/save-detected-hardware/") return {Send{answerBytes(200, "{}")}};
+            free.wait();
+            return {Send{answerBytes(200, std::string(size, 'x'))}};
+        },
+        websitePort());
+    Program program(setting());
+    const AccessibleProgram window(program.pid());
+    ASSERT_TRUE(press(window, "Detect Hardware"));
+    ASSERT_TRUE(press(window, "Send to Website"));
+    ASSERT_TRUE(server.waitForRequests(3));
+    leaveMemory(program, size / 2);
+    release.set_value();
+    EXPECT_TRUE(shows(window, "Error: Failed to send hardware data. Check the console for details."));
+    EXPECT_TRUE(program.waitForLine("❌ Network error: cannot parse response"));
+    EXPECT_TRUE(window.field()->setText("http://still.alive.example"));
+}
 
 }  // namespace
 }  // namespace end_to_end

@@ -1,6 +1,11 @@
 #include "submit/submission_response.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cstdlib>
+#include <string>
+#include <utility>
 
 #include "tests/stand_ins/stand_ins.h"
 
@@ -164,5 +169,25 @@ TEST_F(SubmissionResponse, APageThatTheDesktopRefusesIsToldWithoutTheId) {
     EXPECT_EQ(machine().log.back(), "❌ Failed to open URL: http://site.example/?hardware_id=42");
     EXPECT_TRUE(submission_.succeeded);
 }
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// Zero when the outcome is as it should be.
+int settleWithoutMemoryForTheReason() {
+    std::string body = R"({"success":false,"error":")" + std::string(std::size_t{256} << 20U, 'x') + "\"}";
+    rlimit limit{};
+    getrlimit(RLIMIT_AS, &limit);
+    limit.rlim_cur = std::size_t{400} << 20U;  // The body, and no second text of that size.
+    if (setrlimit(RLIMIT_AS, &limit) != 0) return 1;
+    Submission submission("http://site.example");
+    handleSubmissionAnswer(std::move(body), platform::HttpResponse{200}, std::nullopt, submission);
+    if (!submission.completion.try_acquire()) return 2;
+    return submission.errorMessage == "Invalid JSON response" && !submission.succeeded ? 0 : 3;
+}
+
+TEST_F(SubmissionResponse, ALackOfMemoryForTheReasonIsAnAnswerThatCannotBeRead) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::exit(settleWithoutMemoryForTheReason()), ::testing::ExitedWithCode(0), "");
+}
+#endif
 
 }  // namespace
