@@ -13,8 +13,9 @@ void beginLog();
 
 // Writes `message`, the value that it announces, and a line feed to standard output, flushed before it returns. Lines
 // from several threads never mix. On a terminal control characters are shown instead of obeyed, but for tabs and the
-// line endings LF and CR LF; everywhere else every byte is as it was. A standard output that is closed or full loses
-// the line and nothing else. Before beginLog() nothing is written. Safe from any thread.
+// line endings LF and CR LF; everywhere else every byte is as it was. A standard output that is closed, or a disk
+// that is full, loses the line and nothing else; a full pipe blocks the caller until somebody reads it. Before
+// beginLog() nothing is written. Safe from any thread.
 void log(std::string_view message, std::string_view value = {});
 
 }  // namespace platform

@@ -10,7 +10,8 @@ class AppTracker {
 
     // Reports an install and then a usage to the website whose base URL (as a person typed it) is `url`: both at every
     // call, since telling the first from the later ones is the website's business. Blocks until the install report is
-    // answered (10 idle seconds at most) and leaves the usage report under way.
+    // answered or nothing of it has moved for 10 seconds, and leaves the usage report under way. The wait has no other
+    // limit: a website that sends a byte now and then prolongs it.
     static void trackUsage(const std::string& url);
 
     // Reports an install and waits for the answer.
