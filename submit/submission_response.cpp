@@ -1,7 +1,7 @@
 #include "submit/submission_response.h"
 
 #include <array>
-#include <exception>
+#include <new>
 #include <string_view>
 
 #include "platform/dispatch.h"
@@ -99,7 +99,7 @@ void handleSubmissionAnswer(std::optional<std::string> body, const std::optional
     } else {
         try {
             settle(std::move(body), response, submission);
-        } catch (const std::exception&) {  // Out of memory.
+        } catch (const std::bad_alloc&) {
             submission.succeeded = false;
             fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
         }

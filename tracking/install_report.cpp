@@ -1,6 +1,6 @@
 #include <array>
-#include <exception>
 #include <memory>
+#include <new>
 #include <optional>
 #include <semaphore>
 #include <string_view>
@@ -87,7 +87,7 @@ void handleInstallAnswer(const std::optional<std::string>& body, const std::opti
                          const std::optional<platform::HttpError>& error, InstallReport& report) {
     try {
         settle(body, response, error, report);
-    } catch (const std::exception&) {  // Out of memory: not tracked, and the caller must not wait for ever.
+    } catch (const std::bad_alloc&) {  // Not tracked, and the caller must not wait for ever.
     }
     report.completion.release();
 }

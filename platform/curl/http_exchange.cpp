@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <exception>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -251,8 +252,8 @@ void deliver(Exchange& exchange) try {
     if (exchange.error) return exchange.completionHandler(std::nullopt, std::nullopt, std::move(exchange.error));
     const HttpResponse response{exchange.answer.statusCode};
     exchange.completionHandler(std::move(exchange.answer.body), response, std::nullopt);
-} catch (const std::exception&) {
-    // A handler that found no memory: the other exchanges go on.
+} catch (const std::bad_alloc&) {
+    // The other exchanges go on.
 }
 
 }  // namespace platform
