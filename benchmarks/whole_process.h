@@ -7,7 +7,6 @@
 
 namespace benchmarks {
 
-// In network, mount and process namespaces of the caller's own.
 [[nodiscard]] std::vector<Figure> wholeProcessFigures(int rounds);
 
 }  // namespace benchmarks

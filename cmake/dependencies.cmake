@@ -32,7 +32,7 @@ if(missing_of_program)
         "Install the development files of each.")
 endif()
 
-# Whoever says nothing about tests gets them where all that they need is there.
+# Without BUILD_TESTING, tests are built if everything that they need is installed.
 if(NOT DEFINED BUILD_TESTING OR BUILD_TESTING)
     set(missing_of_tests "")
     find_or_note(missing_of_tests "GoogleTest" GTest)
@@ -50,6 +50,6 @@ if(NOT DEFINED BUILD_TESTING OR BUILD_TESTING)
             "Install the development files of each, or build without tests by -DBUILD_TESTING=OFF.")
     elseif(missing_of_tests)
         message(STATUS "Building without tests (BUILD_TESTING=OFF). Not found:\n    ${missing_of_tests}")
-        set(BUILD_TESTING OFF CACHE BOOL "Build the tests and the stand-in website")
+        set(BUILD_TESTING OFF)  # Not in the cache: once they are installed, the next configuring builds them.
     endif()
 endif()

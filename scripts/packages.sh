@@ -6,7 +6,7 @@
 # name, as libboost-json1.81-dev does. The libraries' versions are those of cmake/dependencies.cmake.
 
 build_packages=(
-    cmake g++ ninja-build pkg-config
+    cmake g++ make ninja-build pkg-config
     qt6-base-dev libcurl4-openssl-dev zlib1g-dev 'libboost-json-dev>=1.81' 'libboost-url-dev>=1.81' libicu-dev
 )
 

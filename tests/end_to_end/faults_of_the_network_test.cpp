@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <linux/if_tun.h>
 #include <net/if.h>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
@@ -101,10 +102,27 @@ TEST_F(NetworkFault, AHostThatIsNotFoundIsTold) {
               networkError("A server with the specified hostname could not be found."));
 }
 
+bool hasIpv6() {
+    const Descriptor socket(::socket(AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_addr = in6addr_loopback;
+    return bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
 TEST_F(NetworkFault, AWebsiteThatOnlyIpv6LeadsToIsReached) {
+    if (!hasIpv6()) GTEST_SKIP() << "needs IPv6 on the loopback interface";
     const ScriptedServer other(testSupport::always({Send{answerBytes(500, R"({"success": false, "error": "x"})")}}), 0,
                                testSupport::Loopback::ipv6);
-    for (const std::string host : {"[::1]", "localhost"}) {
+    std::vector<std::string> hosts = {"[::1]"};
+    addrinfo* found = nullptr;
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET6;
+    if (getaddrinfo("localhost", nullptr, &wanted, &found) == 0) {  // Not without a file /etc/hosts.
+        hosts.emplace_back("localhost");
+        freeaddrinfo(found);
+    }
+    for (const std::string& host : hosts) {
         const Lines log = linesOfASubmissionTo("http://" + host + ":" + std::to_string(other.port()), setting());
         ASSERT_FALSE(log.empty());
         EXPECT_EQ(log.front(), "📥 Response status: 500");
@@ -127,20 +145,19 @@ TEST_F(NetworkFault, ProxiesThatTheEnvironmentNamesAreNotUsed) {
     EXPECT_EQ(log.front(), "📥 Response status: 500");
 }
 
-// A server at "https://localhost" with a certificate made for the test. It never answers a POST.
+// A server at "https://127.0.0.1" with a certificate made for the test. It never answers a POST.
 class TlsFault : public NetworkFault {
   protected:
-    void makeCertificate(const std::string& host, const std::string& lastDay) {
+    void makeCertificate(const std::string& name, const std::string& lastDay) {
         std::ofstream(home_.path() / "ca.conf")
             << "[ca]\ndefault_ca = own\n[own]\ndatabase = index\nserial = serial\nnew_certs_dir = .\n"
                "default_md = sha256\npolicy = names\nx509_extensions = more\n[names]\ncommonName = supplied\n"
-               "[more]\nsubjectAltName = DNS:"
-            << host << "\n";
+               "[more]\nsubjectAltName = "
+            << name << "\n";
         const std::string commands =
             "cd '" + home_.path().string() +
             "' && : >index && echo 01 >serial"
-            " && openssl req -new -newkey rsa:2048 -nodes -keyout key -out request -subj /CN=" +
-            host +
+            " && openssl req -new -newkey rsa:2048 -nodes -keyout key -out request -subj /CN=website"
             " && openssl ca -batch -selfsign -notext -config ca.conf -keyfile key -in request"
             " -out certificate -startdate 20200101000000Z -enddate " +
             lastDay;
@@ -150,7 +167,7 @@ class TlsFault : public NetworkFault {
     void serve(const std::vector<std::string>& options = {}) {
         Program::Setting openssl{.path = "/usr/bin/openssl",
                                  .environment = opensslEnvironment,
-                                 .arguments = {"s_server", "-accept", "localhost:0", "-www", "-key",
+                                 .arguments = {"s_server", "-accept", "127.0.0.1:0", "-www", "-key",
                                                home_.path() / "key", "-cert", home_.path() / "certificate"}};
         openssl.arguments.insert(openssl.arguments.end(), options.begin(), options.end());
         start(openssl);
@@ -162,7 +179,7 @@ class TlsFault : public NetworkFault {
         start({.path = "/bin/sh",
                .environment = opensslEnvironment,
                .arguments = {"-c", "cd '" + home_.path().string() +
-                                       "' && exec openssl s_server -accept localhost:0 -key key -cert certificate <'" +
+                                       "' && exec openssl s_server -accept 127.0.0.1:0 -key key -cert certificate <'" +
                                        pipe.string() + "'"}});
     }
 
@@ -174,7 +191,7 @@ class TlsFault : public NetworkFault {
         port_ = ready->substr(ready->rfind(':') + 1);
     }
 
-    [[nodiscard]] std::string address() const { return "https://localhost:" + port_; }
+    [[nodiscard]] std::string address() const { return "https://127.0.0.1:" + port_; }
 
     void expectUntrusted() {
         const Lines log = linesOfASubmissionTo(address(), setting());
@@ -213,7 +230,7 @@ class TrustedTlsFault : public TlsFault {
 constexpr const char* inTheFuture = "20991231000000Z";
 
 TEST_F(TrustedTlsFault, ACertificateThatIsVouchedForIsAcceptedAndTheAnswerWaitedFor) {
-    makeCertificate("localhost", inTheFuture);
+    makeCertificate("IP:127.0.0.1", inTheFuture);
     trust();
     serve();
     EXPECT_EQ(linesOfASubmissionTo(address(), setting()), networkError("The request timed out."));
@@ -221,7 +238,7 @@ TEST_F(TrustedTlsFault, ACertificateThatIsVouchedForIsAcceptedAndTheAnswerWaited
 
 // It answers by itself with what stands in a pipe, whatever it is asked.
 TEST_F(TrustedTlsFault, AWebsiteCannotSendTheHardwareOnWithoutTls) {
-    makeCertificate("localhost", inTheFuture);
+    makeCertificate("IP:127.0.0.1", inTheFuture);
     trust();
     const ScriptedServer plain(testSupport::always({Send{answerBytes(200, R"({"success": true})")}}));
     for (const int status : {302, 307}) {
@@ -241,27 +258,27 @@ TEST_F(TrustedTlsFault, AWebsiteCannotSendTheHardwareOnWithoutTls) {
 }
 
 TEST_F(TlsFault, ACertificateThatNobodyVouchesForIsRefused) {
-    makeCertificate("localhost", inTheFuture);
+    makeCertificate("IP:127.0.0.1", inTheFuture);
     serve();
     expectUntrusted();
 }
 
 TEST_F(TrustedTlsFault, ACertificateForAnotherHostIsRefused) {
-    makeCertificate("elsewhere.example", inTheFuture);
+    makeCertificate("DNS:elsewhere.example", inTheFuture);
     trust();
     serve();
     expectUntrusted();
 }
 
 TEST_F(TrustedTlsFault, ACertificateThatHasRunOutIsRefused) {
-    makeCertificate("localhost", "20200201000000Z");
+    makeCertificate("IP:127.0.0.1", "20200201000000Z");
     trust();
     serve();
     expectUntrusted();
 }
 
 TEST_F(TrustedTlsFault, AnOldProtocolIsRefused) {
-    makeCertificate("localhost", inTheFuture);
+    makeCertificate("IP:127.0.0.1", inTheFuture);
     trust();
     serve({"-tls1_1", "-cipher", "ALL:@SECLEVEL=0"});
     EXPECT_EQ(linesOfASubmissionTo(address(), setting()),

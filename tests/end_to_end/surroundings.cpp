@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -32,11 +34,12 @@ struct PortLock {
         return bind(socket.number(), generic(), size) == 0 && listen(socket.number(), 64) == 0;
     }
 
-    // Whoever has it accepts no connection, so that this one ends with the process.
-    void waitForItsEnd() const {
+    // Whoever has it accepts no connection, so that this one ends with the process. False when nobody has it.
+    [[nodiscard]] bool waitForItsEnd() const {
+        if (connect(socket.number(), generic(), size) != 0) return false;
         char byte = 0;
-        if (connect(socket.number(), generic(), size) != 0) return;
         [[maybe_unused]] const ssize_t end = read(socket.number(), &byte, 1);
+        return true;
     }
 
     [[nodiscard]] const sockaddr* generic() const { return reinterpret_cast<const sockaddr*>(&address); }
@@ -59,13 +62,18 @@ bool isFree(int port) {
 }
 
 int takeAnyPort() {
+    static std::optional<PortLock> taken;
     while (true) {
         for (int port = FIRST_WEBSITE_PORT; port < FIRST_WEBSITE_PORT + WEBSITE_PORTS; ++port) {
-            static std::optional<PortLock> taken;
             taken.emplace(port);
             if (taken->take() && isFree(port)) return port;
         }
-        PortLock(FIRST_WEBSITE_PORT + getpid() % WEBSITE_PORTS).waitForItsEnd();
+        taken.reset();
+        const int port = FIRST_WEBSITE_PORT + getpid() % WEBSITE_PORTS;
+        if (PortLock(port).waitForItsEnd()) continue;
+        if (isFree(port)) continue;  // Its test has ended meanwhile.
+        std::fprintf(stderr, "Some other program has port %d and the ports beside it.\n", port);
+        std::exit(1);
     }
 }
 

@@ -20,8 +20,7 @@ using testSupport::Send;
 class Wayland : public Surroundings {
   protected:
     void SetUp() override {
-        const std::string missing = WaylandDesktop::missingPackage();
-        if (!missing.empty()) GTEST_SKIP() << "The package " << missing << " is not installed.";
+        if (const auto reason = WaylandDesktop::whyNone()) GTEST_SKIP() << *reason;
         Surroundings::SetUp();
     }
 
@@ -102,7 +101,7 @@ TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
     ASSERT_TRUE(before);
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
 
-    // From when on the window follows is for program and compositor to agree on.
+    // How far the pointer has to move before the window follows is left open.
     constexpr int held = 400;
     input.moveTo(before->x + 300, before->y + held);
     input.holdButton();

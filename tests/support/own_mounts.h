@@ -20,7 +20,8 @@ namespace testSupport {
 [[nodiscard]] inline std::optional<std::string> whyNoOwnMounts() {
     const ShellResult attempt = shellWithOwnMounts("mount -t tmpfs none /mnt");
     if (attempt.status == 0) return std::nullopt;
-    return "needs mounts of its own (CAP_SYS_ADMIN or user namespaces)";
+    return geteuid() == 0 ? "needs mounts of its own (CAP_SYS_ADMIN, and a root folder that is a mount point)"
+                          : "needs mounts of its own (user namespaces)";
 }
 
 }  // namespace testSupport

@@ -68,19 +68,22 @@ Failure enter() {
     }
     // Mounts of ours must not appear outside.
     if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return failed("mount --make-rprivate /");
+    if (Failure failure = hideSocketsOfOtherDisplays()) return failure;
     // The network comes last: without its loopback interface no other test would work.
     if (unshare(CLONE_NEWNET) != 0) return failed("unshare the network");
-    if (Failure failure = raiseLoopback()) return failure;
-    return hideSocketsOfOtherDisplays();
+    return raiseLoopback();
 }
 
-std::optional<std::string> refusal = "nobody has asked for them";
+std::optional<std::string> refusal = "enterOwnNamespaces() was not called";
 
 }  // namespace
 
 void enterOwnNamespaces() {
     refusal = enter();
-    if (refusal) *refusal = "needs mounts and a network of its own (CAP_SYS_ADMIN or user namespaces): " + *refusal;
+    if (!refusal) return;
+    const char* const permission =
+        geteuid() == 0 ? "CAP_SYS_ADMIN, and a root folder that is a mount point" : "user namespaces";
+    *refusal = std::string("needs mounts and a network of its own (") + permission + "): " + *refusal;
 }
 
 const std::optional<std::string>& whyNoOwnNamespaces() { return refusal; }

@@ -80,12 +80,18 @@ QJsonObject nodeOf(pid_t program, const QJsonObject& node) {
 
 }  // namespace
 
-std::string WaylandDesktop::missingPackage() {
+std::optional<std::string> WaylandDesktop::whyNone() {
+    const auto missing = [](const std::string& package) { return "the package " + package + " is not installed"; };
     for (const char* const program : {"sway", "grim"}) {
-        if (!fs::exists(fs::path("/usr/bin") / program)) return program;
+        if (!fs::exists(fs::path("/usr/bin") / program)) return missing(program);
     }
     const QDir platforms(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
-    return platforms.entryList({"libqwayland*.so"}).isEmpty() ? "qt6-wayland" : "";
+    if (platforms.entryList({"libqwayland*.so"}).isEmpty()) return missing("qt6-wayland");
+    const ScratchFolder folder;
+    if (geteuid() == 0 && chown(folder.path().c_str(), nobody, nobody) != 0) {
+        return "needs CAP_CHOWN and CAP_SETUID, and a user nobody, to run sway, which refuses to run as root";
+    }
+    return std::nullopt;
 }
 
 WaylandDesktop::WaylandDesktop(double scale) : ready_(folder_.path() / "ready") {

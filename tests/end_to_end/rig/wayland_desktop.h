@@ -16,8 +16,8 @@ namespace end_to_end {
 // don't refuse them, and lets windows of fixed size float. Lengths and places are in points.
 class WaylandDesktop {
   public:
-    // The first Debian package that it takes and that is not installed; empty when all are.
-    static std::string missingPackage();
+    // Why this machine has none, for GTEST_SKIP(): a package or a permission is missing. Nothing when it has.
+    static std::optional<std::string> whyNone();
 
     explicit WaylandDesktop(double scale = 1);
     ~WaylandDesktop() { end(); }
