@@ -13,8 +13,9 @@ constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 
 
 Character characterAt(std::u16string_view text, std::size_t position) {
     const char32_t unit = text[position];
-    if (isHighSurrogate(unit) && position + 1 < text.size() && isLowSurrogate(text[position + 1])) {
-        return {0x10000 + ((unit - 0xD800) << 10) + (text[position + 1] - char32_t{0xDC00}), 2, false};
+    const char32_t next = position + 1 < text.size() ? text[position + 1] : 0;
+    if (isHighSurrogate(unit) && isLowSurrogate(next)) {
+        return {0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00), 2, false};
     }
     return {unit, 1, isHighSurrogate(unit) || isLowSurrogate(unit)};
 }
