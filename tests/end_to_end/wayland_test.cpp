@@ -127,7 +127,7 @@ TEST_F(Wayland, CtrlQAndCtrlWEndTheProgramWithZero) {
     ASSERT_EQ(desktop.failure(), std::nullopt);
     WaylandInput input(desktop.display(), desktop.width(), desktop.height());
     ASSERT_TRUE(input.works());
-    for (const unsigned key : {KEY_Q, KEY_W}) {
+    for (const unsigned key : {unsigned{KEY_Q}, unsigned{KEY_W}}) {
         const ScriptedServer server(website({}), websitePort());
         Program program(settingOn(desktop));
         ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
