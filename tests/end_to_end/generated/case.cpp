@@ -67,7 +67,7 @@ std::vector<Case> simplerThan(const Case& round) {
     with([](Case& c) { c.addressTail.clear(); });
     with([](Case& c) { c.status = 200; });
     for (const auto& [name, value] : round.members) {
-        with([&name = name](Case& c) { c.members.erase(name); });
+        with([&member = name](Case& c) { c.members.erase(member); });
     }
     for (std::string Case::*text : {&Case::brand, &Case::overview, &Case::memory, &Case::displays, &Case::disk,
                                     &Case::addressTail, &Case::body}) {
