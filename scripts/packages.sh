@@ -41,6 +41,9 @@ fail() { echo "$*" >&2; exit 1; }
 
 # prepare PACKAGE...: there is a folder to build in, and these packages are installed; otherwise the script ends here.
 prepare() {
+    case $PWD in
+        *[\ :]*) fail "$PWD has a blank or a colon in it, with which no library can be preloaded: move the checkout." ;;
+    esac
     if ! mkdir -p build 2>/dev/null || [ ! -w build ]; then
         fail "$PWD/build cannot be written to: make it writable, or copy the sources to a place that is."
     fi

@@ -108,12 +108,15 @@ TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
     int pointer = before->x + 300;
     ASSERT_TRUE(waitFor([&] {
         input.moveTo(--pointer, before->y + held);
-        return desktop.windowOf(program.pid())->x != before->x;
+        const auto now = desktop.windowOf(program.pid());
+        return now && now->x != before->x;
     }));
     const auto following = desktop.windowOf(program.pid());
+    ASSERT_TRUE(following);
     input.moveTo(pointer - 100, before->y + held - 50);
     input.releaseButton();
     const auto after = desktop.windowOf(program.pid());
+    ASSERT_TRUE(after);
     EXPECT_EQ(after->x, following->x - 100);
     EXPECT_EQ(after->y, following->y - 50);
 
@@ -157,7 +160,7 @@ TEST_F(Wayland, ADisplayThatGoesAwayEndsTheProgramAndKeepsTheId) {
     const auto exit = program.waitForExit();
     ASSERT_TRUE(exit);
     EXPECT_EQ(exit->kind, ExitStatus::Kind::status);
-    EXPECT_NE(exit->number, 0);  // 1 or 255: the toolkit's versions differ.
+    EXPECT_TRUE(exit->number == 1 || exit->number == 255) << exit->number;  // The toolkit's versions differ.
     EXPECT_NE(program.bytes(Stream::error), "");
     EXPECT_EQ("📤 Device ID: " + valueIn(settingsFile(), "com.velmora.device_id"), program.log().at(1));
 }
