@@ -13,7 +13,7 @@ std::string AppTracker::getDeviceId() {
     // Trusted as it stands, the empty text included: an id that changes is worse than an odd one.
     if (const std::optional<std::string> stored = platform::userDefaults::string(deviceIdKey)) return *stored;
 
-    const std::string id = getMachineUUID();
+    std::string id = getMachineUUID();
     platform::userDefaults::setString(deviceIdKey, id);
     return id;
 }

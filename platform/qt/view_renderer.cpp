@@ -1,6 +1,7 @@
 #include "platform/qt/view_renderer.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "platform/qt/view_layers.h"
 #include "platform/qt/widgets/action_button.h"
@@ -27,10 +28,12 @@ const Kind* modifierOf(const View& view) {
 
 // Whether a view takes all the width it is offered, rather than what its content needs.
 bool fillsWidth(const View& view) {
-    for (auto modifier = view.modifiers().rbegin(); modifier != view.modifiers().rend(); ++modifier) {
-        if (std::holds_alternative<Frame>(*modifier)) return false;
-        if (std::holds_alternative<Stretch>(*modifier)) return true;
+    std::optional<bool> asModified;  // By the last modifier that has a say.
+    for (const Modifier& modifier : view.modifiers()) {
+        if (std::holds_alternative<Frame>(modifier)) asModified = false;
+        if (std::holds_alternative<Stretch>(modifier)) asModified = true;
     }
+    if (asModified) return *asModified;
     const View::Element& element = view.element();
     if (const auto* stack = std::get_if<Stack>(&element)) {
         return std::any_of(stack->children.begin(), stack->children.end(), [stack](const View& child) {
