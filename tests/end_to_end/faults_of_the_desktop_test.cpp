@@ -52,8 +52,8 @@ class DesktopFault : public Surroundings {
 TEST_F(DesktopFault, AnIgnoredSignalOfAParentDoesNotMakeAPageThatOpenedAFailure) {
     const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     Program::Setting deaf = setting();
-    deaf.arguments = {"-c", R"(trap '' CHLD; exec "$0")", deaf.path};
-    deaf.path = "/bin/sh";
+    deaf.arguments = {"--ignore-signal=CHLD", deaf.path};
+    deaf.path = "/usr/bin/env";
     Program program(deaf);
     const AccessibleProgram window(program.pid());
     EXPECT_TRUE(press(window, "Detect Hardware"));
