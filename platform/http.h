@@ -43,9 +43,9 @@ namespace httpSession {
 
 // Starts `request` and returns at once. `completionHandler` is called exactly once, on the delivery queue: one thread
 // of the session's own, neither the main thread nor the caller's, on which handlers run one after another. While one
-// runs, no other exchange moves on, nor does its interval run out; it may start further requests. A lack of
-// memory that it reports (std::bad_alloc) ends it alone. Only when the system has no thread to give is the handler
-// called with an error by the caller's, before this returns.
+// runs, no other exchange moves on, nor does its interval run out; it may start further requests. One that throws
+// std::bad_alloc ends by that, and nothing else does. Only when the system has no thread to give is the handler called
+// with an error by the caller's, before this returns.
 //
 // Only http and https are requested. Redirects 301, 302 and 303 are followed as GET without body, 307 and 308 with
 // method and body kept, 16 in all at most; any other 3xx, or one that names no target, is an answer. Nothing is sent a

@@ -21,11 +21,10 @@ const JsonValue* JsonObject::find(std::string_view key) const {
 }
 
 std::optional<std::string> JsonObject::takeString(std::string_view key) {
-    const auto member = std::find_if(members_.begin(), members_.end(), [key](const auto& m) { return m.first == key; });
-    if (member == members_.end()) return std::nullopt;
-    auto* const text = std::get_if<std::string>(&member->second.content());
+    const JsonValue* member = find(key);
+    const std::string* text = member != nullptr ? member->asString() : nullptr;
     if (text == nullptr) return std::nullopt;
-    return std::move(*text);
+    return std::move(const_cast<std::string&>(*text));  // The object's own, and it may be changed here.
 }
 
 std::optional<bool> JsonValue::asBool() const {

@@ -27,7 +27,6 @@ class JsonValue {
     JsonValue(const char* text) : content_(std::string(text)) {}
 
     [[nodiscard]] const Content& content() const { return content_; }
-    [[nodiscard]] Content& content() { return content_; }
 
     // What the value converts to, by the rules with which macOS bridges a parsed number: true and false are also 1 and
     // 0, the numbers 0 and 1 are also false and true, and a number without a fraction (42.0, 1e3) is also an integer.

@@ -31,8 +31,8 @@ constexpr std::array curlFailures{
     CurlFailure{CURLE_UNSUPPORTED_PROTOCOL, cannotParse},  // Bytes that are no HTTP, or none that it knows.
     CurlFailure{CURLE_WEIRD_SERVER_REPLY, cannotParse},
     CurlFailure{CURLE_WRITE_ERROR, cannotParse},  // Our own functions that take the answer refused it.
-    CurlFailure{CURLE_OUT_OF_MEMORY,
-                cannotParse},  // So it calls a header line of more than 100 kB, and newer versions so:
+    // A header line of more than 100 kB, by the name that older and newer versions have for it.
+    CurlFailure{CURLE_OUT_OF_MEMORY, cannotParse},
     CurlFailure{curlTooLarge, cannotParse},
     CurlFailure{CURLE_BAD_CONTENT_ENCODING, cannotDecode},
     CurlFailure{CURLE_SSL_CONNECT_ERROR, tlsFailed},
