@@ -9,7 +9,7 @@
 #include "hardware/hardware_detector.h"
 #include "platform/qt/accessible_elements.h"
 #include "platform/qt/window_qt.h"
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 namespace {
 
@@ -38,7 +38,7 @@ HardwareInfo recordWith(const std::string& processor) {
 
 // From a key to the window painted anew, with everything shown. Counted in processor time.
 void keystroke(benchmark::State& state) {
-    standIn::reset();
+    fakes::reset();
     ShownView shown;
     shown.view.detectedHardware.set(recordWith("Apple M1 Pro"));
     shown.view.statusMessage.set("Hardware detected successfully!");
@@ -56,26 +56,26 @@ void keystroke(benchmark::State& state) {
 BENCHMARK(keystroke);
 
 void probeBySizeOfOutput(benchmark::State& state) {
-    standIn::reset();
+    fakes::reset();
     const std::string filler(static_cast<std::size_t>(state.range(0)), 'x');
-    standIn::machine().commands["/usr/sbin/system_profiler SPDisplaysDataType"] = filler + "\nChipset Model: M1\n";
+    fakes::machine().commands["/usr/sbin/system_profiler SPDisplaysDataType"] = filler + "\nChipset Model: M1\n";
     for (auto _ : state) benchmark::DoNotOptimize(HardwareDetector::detect());
     state.SetComplexityN(state.range(0));
 }
 BENCHMARK(probeBySizeOfOutput)->RangeMultiplier(4)->Range(1 << 10, 1 << 16)->Complexity();
 
 void probeByNumberOfLines(benchmark::State& state) {
-    standIn::reset();
+    fakes::reset();
     std::string lines;
     while (lines.size() < static_cast<std::size_t>(state.range(0))) lines += "      Vendor: Apple (0x106b)\n";
-    standIn::machine().commands["/usr/sbin/system_profiler SPDisplaysDataType"] = lines;
+    fakes::machine().commands["/usr/sbin/system_profiler SPDisplaysDataType"] = lines;
     for (auto _ : state) benchmark::DoNotOptimize(HardwareDetector::detect());
     state.SetComplexityN(state.range(0));
 }
 BENCHMARK(probeByNumberOfLines)->RangeMultiplier(4)->Range(1 << 10, 1 << 16)->Complexity();
 
 void listByLengthOfValue(benchmark::State& state) {
-    standIn::reset();
+    fakes::reset();
     ShownView shown;
     const std::string value(static_cast<std::size_t>(state.range(0)), 'W');
     bool other = false;

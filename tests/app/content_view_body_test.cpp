@@ -5,7 +5,7 @@
 #include "app/hardware_detector_app.h"
 #include "app/website_base_url.h"
 #include "tests/app/outline.h"
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ using StatusType = ContentView::StatusType;
 
 class ContentViewBody : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 
     [[nodiscard]] std::string outline() const { return outlineOf(view_.body()); }
     [[nodiscard]] bool shows(const std::string& text) const { return outline().find(text) != std::string::npos; }
@@ -159,8 +159,8 @@ TEST_F(ContentViewBody, TheAppearHookReportsWithTheAddressUnchanged) {
     const platform::View body = view_.body();
     const auto& hook = std::get<platform::OnAppear>(body.modifiers().back());
     hook.action();
-    EXPECT_EQ(standIn::machine().log.at(0), "📤 Attempting to track install to:  http://odd /api/track-install/");
-    EXPECT_EQ(standIn::machine().log.at(5), "📤 Attempting to track usage to:  http://odd /api/track-usage/");
+    EXPECT_EQ(fakes::machine().log.at(0), "📤 Attempting to track install to:  http://odd /api/track-install/");
+    EXPECT_EQ(fakes::machine().log.at(5), "📤 Attempting to track usage to:  http://odd /api/track-usage/");
 }
 
 TEST(HardwareDetectorAppWindow, Is600By500) {
@@ -171,7 +171,7 @@ TEST(HardwareDetectorAppWindow, Is600By500) {
 }
 
 TEST(HardwareDetectorAppWindow, EachOneThatOpensHasAFreshMainView) {
-    standIn::reset();
+    fakes::reset();
     const platform::WindowGroup scene = HardwareDetectorApp().body();
     const platform::WindowGroup::Content first = scene.content();
     fieldIn(first.body())->onChange("typed");

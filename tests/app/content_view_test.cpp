@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "tests/app/outline.h"
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 namespace {
 
-using standIn::machine;
+using fakes::machine;
 using StatusType = ContentView::StatusType;
 
 HardwareInfo record(const std::string& processor) {
@@ -16,12 +16,12 @@ HardwareInfo record(const std::string& processor) {
 
 class ContentViewFlows : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 
     // From the press to the outcome on the main queue.
     static void finish() {
-        standIn::runBackground();
-        standIn::runMainQueue();
+        fakes::runBackground();
+        fakes::runMainQueue();
     }
 
     ContentView view_;
@@ -68,10 +68,10 @@ TEST_F(ContentViewFlows, DetectingHidesTheBannerAtOnceAndKeepsEverythingElse) {
 TEST_F(ContentViewFlows, ADetectionEndsWithTheRecordAndTheSuccessBanner) {
     machine().commands["/usr/sbin/sysctl -n machdep.cpu.brand_string"] = "new\n";
     view_.detectHardware();
-    standIn::runBackground();
+    fakes::runBackground();
     EXPECT_FALSE(view_.detectedHardware.get()) << "the main queue has not run yet";
 
-    standIn::runMainQueue();
+    fakes::runMainQueue();
 
     EXPECT_EQ(view_.detectedHardware.get()->processor, "new");
     EXPECT_FALSE(view_.isDetecting.get());
@@ -81,11 +81,11 @@ TEST_F(ContentViewFlows, ADetectionEndsWithTheRecordAndTheSuccessBanner) {
 
 TEST_F(ContentViewFlows, TheCommandsRunInTheBackgroundBeforeTheMainQueueHearsOfThem) {
     view_.detectHardware();
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     EXPECT_TRUE(machine().commandsRun.empty());
-    standIn::runBackground();
+    fakes::runBackground();
     EXPECT_EQ(machine().commandsRun.size(), 4U);
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     EXPECT_EQ(machine().commandsRun.size(), 4U);
 }
 
@@ -112,17 +112,17 @@ TEST_F(ContentViewFlows, SendingShowsTheInfoBannerEvenAfterASuccess) {
     EXPECT_TRUE(view_.isSending.get());
     EXPECT_EQ(view_.statusMessage.get(), "Sending hardware data...");
     EXPECT_EQ(view_.statusType.get(), StatusType::info);
-    standIn::reset();
+    fakes::reset();
 }
 
 TEST_F(ContentViewFlows, ASuccessOpensThePageThenSaysSoAndQuitsTwoSecondsLater) {
-    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
     view_.detectedHardware.set(record("M1"));
     view_.sendToWebsite();
-    standIn::runBackground();
+    fakes::runBackground();
     ASSERT_EQ(machine().mainQueue.size(), 2U);  // The page first, then the outcome.
 
-    standIn::runMainQueue();
+    fakes::runMainQueue();
 
     EXPECT_EQ(machine().pagesAsked, std::vector<std::string>{"https://www.velmora.example"});
     EXPECT_FALSE(view_.isSending.get());
@@ -165,7 +165,7 @@ TEST_F(ContentViewFlows, TheRecordSentIsTheOneOfThePress) {
 }
 
 TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgain) {
-    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
     view_.detectedHardware.set(record("M1"));
     view_.sendToWebsite();
     finish();
@@ -175,7 +175,7 @@ TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgain) {
     EXPECT_EQ(view_.statusMessage.get(), "Sending hardware data...");
     EXPECT_EQ(view_.statusType.get(), StatusType::info);
 
-    machine().website = [](const auto&) { return standIn::answered(500, "{}"); };
+    machine().website = [](const auto&) { return fakes::answered(500, "{}"); };
     finish();
     EXPECT_EQ(machine().requests.size(), 2U);
     EXPECT_EQ(view_.statusMessage.get(), "Error: Failed to send hardware data. Check the console for details.");
@@ -183,7 +183,7 @@ TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgain) {
 }
 
 TEST_F(ContentViewFlows, TheQuitComesAlthoughASecondSubmissionRuns) {
-    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
     view_.detectedHardware.set(record("M1"));
     view_.sendToWebsite();
     finish();
@@ -192,11 +192,11 @@ TEST_F(ContentViewFlows, TheQuitComesAlthoughASecondSubmissionRuns) {
     ASSERT_EQ(machine().delayed.size(), 1U);
     machine().delayed[0].second();
     EXPECT_EQ(machine().terminations, 1);
-    standIn::reset();
+    fakes::reset();
 }
 
 TEST_F(ContentViewFlows, ASecondSuccessSchedulesAQuitOfItsOwn) {
-    machine().website = [](const auto&) { return standIn::answered(200, R"({"success":true})"); };
+    machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
     view_.detectedHardware.set(record("M1"));
     for (int submission = 0; submission < 2; ++submission) {
         view_.sendToWebsite();
@@ -213,7 +213,7 @@ TEST_F(ContentViewFlows, WhereADetectionAndASubmissionOverlapTheLastOneToEndHasT
     view_.detectHardware();
     view_.sendToWebsite();
     EXPECT_EQ(view_.statusMessage.get(), "Sending hardware data...");
-    standIn::runBackground();
+    fakes::runBackground();
     ASSERT_EQ(machine().mainQueue.size(), 2U);
 
     machine().mainQueue[0]();

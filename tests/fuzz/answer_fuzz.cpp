@@ -6,13 +6,13 @@
 #include <iterator>
 
 #include "submit/submission_response.h"
-#include "tests/end_to_end/generated/expected_behaviour.h"
+#include "tests/end_to_end/random_cases/oracle.h"
+#include "tests/fakes/fakes.h"
 #include "tests/fuzz/require.h"
-#include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
-using standIn::machine;
+using fakes::machine;
 
 const std::string address = "http://website.example/base";
 
@@ -25,7 +25,7 @@ void start() {
 
 // Whatever a website says: no page but one of http or https, and none unless it said that it has stored the record.
 void requireWhatAlwaysHolds(const Submission& submission) {
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     for (const std::string& page : machine().pagesAsked) {
         fuzz::require(page.rfind("http://", 0) == 0 || page.rfind("https://", 0) == 0, "a page of another scheme");
     }

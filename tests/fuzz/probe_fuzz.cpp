@@ -2,9 +2,9 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "hardware/hardware_detector.h"
-#include "tests/end_to_end/generated/expected_behaviour.h"
+#include "tests/end_to_end/random_cases/oracle.h"
+#include "tests/fakes/fakes.h"
 #include "tests/fuzz/require.h"
-#include "tests/stand_ins/stand_ins.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider provider(data, size);
@@ -15,14 +15,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     round.overview = provider.ConsumeRandomLengthString();
     round.displays = provider.ConsumeRemainingBytesAsString();
 
-    auto& commands = standIn::machine().commands;
+    auto& commands = fakes::machine().commands;
     commands["/usr/sbin/sysctl -n machdep.cpu.brand_string"] = round.brand;
     commands["/usr/sbin/sysctl -n hw.memsize"] = round.memory;
     commands["/usr/sbin/system_profiler SPHardwareDataType"] = round.overview;
     commands["/usr/sbin/system_profiler SPDisplaysDataType"] = round.displays;
     commands["/bin/df -h /"] = round.disk;
-    standIn::machine().commandsRun.clear();
-    standIn::machine().events.clear();
+    fakes::machine().commandsRun.clear();
+    fakes::machine().events.clear();
 
     const HardwareInfo found = HardwareDetector::detect();
     const std::vector<std::string> shown = {found.os, found.processor,

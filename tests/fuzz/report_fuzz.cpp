@@ -3,8 +3,8 @@
 
 #include "platform/json.h"
 #include "platform/text.h"
+#include "tests/fakes/fakes.h"
 #include "tests/fuzz/require.h"
-#include "tests/stand_ins/stand_ins.h"
 #include "tracking/app_tracker.h"
 
 namespace {
@@ -46,13 +46,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string usageBody = provider.ConsumeRandomLengthString();
     const std::string installBody = provider.ConsumeRemainingBytesAsString();
 
-    standIn::reset();
-    standIn::machine().website = [&](const platform::HttpRequest& request) {
+    fakes::reset();
+    fakes::machine().website = [&](const platform::HttpRequest& request) {
         const bool isInstall = request.url.absoluteString().find("install") != std::string::npos;
-        return isInstall ? standIn::answered(install, installBody) : standIn::answered(usage, usageBody);
+        return isInstall ? fakes::answered(install, installBody) : fakes::answered(usage, usageBody);
     };
     AppTracker::trackUsage("http://website.example/");
-    standIn::waitForSession();
+    fakes::waitForSession();
 
     Lines expected = {"📤 Attempting to track install to: http://website.example/api/track-install/",
                       "📤 Device ID: PLATFORM-UUID"};
@@ -61,9 +61,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                               usageLines(usage, usageBody)}) {
         expected.insert(expected.end(), more.begin(), more.end());
     }
-    fuzz::require(standIn::machine().log == expected, "other lines");
-    const bool isKept = standIn::machine().defaults.count("com.velmora.install_tracked") != 0;
+    fuzz::require(fakes::machine().log == expected, "other lines");
+    const bool isKept = fakes::machine().defaults.count("com.velmora.install_tracked") != 0;
     fuzz::require(isKept == (install == 200 && platform::isUtf8(installBody)), "another flag");
-    fuzz::require(standIn::machine().requests.size() == 2, "not two requests");
+    fuzz::require(fakes::machine().requests.size() == 2, "not two requests");
     return 0;
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "hardware/hardware_detector.h"
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 struct HardwareDetectorCommands {
     static auto run(const std::string& path, const std::vector<std::string>& arguments) {
@@ -11,7 +11,7 @@ struct HardwareDetectorCommands {
 
 namespace {
 
-using standIn::machine;
+using fakes::machine;
 
 constexpr const char* brandString = "/usr/sbin/sysctl -n machdep.cpu.brand_string";
 constexpr const char* hardwareOverview = "/usr/sbin/system_profiler SPHardwareDataType";
@@ -21,7 +21,7 @@ constexpr const char* diskUsage = "/bin/df -h /";
 
 class HardwareProbe : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 };
 
 TEST_F(HardwareProbe, GivesTheStartingValuesWhenNoCommandCanBeStarted) {

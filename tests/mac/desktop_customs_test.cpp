@@ -18,8 +18,8 @@
 #include "app/website_base_url.h"
 #include "platform/mac/menu_bar.h"
 #include "platform/qt/window_on_screen.h"
+#include "tests/fakes/fakes.h"
 #include "tests/mac/fakes/objective_c.h"
-#include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ using Lines = std::vector<std::string>;
 class MacWindow : public testing::Test {
   protected:
     MacWindow() {
-        standIn::reset();
+        fakes::reset();
         objectiveC() = {};
     }
 };
@@ -66,7 +66,7 @@ class MacApplication : public MacWindow {
         onScreen_.open();
         ASSERT_TRUE(QTest::qWaitFor([this] { return reportsOfUse() == opened_ + 1; }, 30'000)) << "never appeared";
         ++opened_;
-        standIn::waitForSession();
+        fakes::waitForSession();
         QApplication::processEvents();
     }
 
@@ -77,7 +77,7 @@ class MacApplication : public MacWindow {
     }
 
     static int reportsOfUse() {
-        const auto& requests = standIn::machine().requests;
+        const auto& requests = fakes::machine().requests;
         return static_cast<int>(std::count_if(requests.begin(), requests.end(), [](const auto& request) {
             return request.url.absoluteString().find("track-usage") != std::string::npos;
         }));
@@ -132,7 +132,7 @@ TEST_F(MacApplication, TheWindowThatOpensAgainReportsAgain) {
     EXPECT_TRUE(windows().empty());
     pressInTheDock();
     EXPECT_TRUE(QTest::qWaitFor([] { return reportsOfUse() == 2; }, 30'000));
-    standIn::waitForSession();
+    fakes::waitForSession();
 }
 
 TEST_F(MacApplication, ThePressInTheDockOpensNoSecondWindow) {

@@ -2,17 +2,17 @@
 
 #include "hardware/hardware_detector.h"
 #include "platform/json.h"
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 namespace {
 
-using standIn::answered;
-using standIn::machine;
+using fakes::answered;
+using fakes::machine;
 using Lines = std::vector<std::string>;
 
 class SubmissionRequest : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 
     HardwareInfo hardware_{"macOS", "M1", "M1 GPU", 16, "DDR4", 2666, 494, "SSD", "Not Applicable", 4};
 };
@@ -54,7 +54,7 @@ TEST_F(SubmissionRequest, DoesNotMendABaseUrlThatEndsInASlash) {
 }
 
 TEST_F(SubmissionRequest, HandsAnEmptyBaseUrlToTheSession) {
-    machine().website = [](const auto&) { return standIn::failed("unsupported URL"); };
+    machine().website = [](const auto&) { return fakes::failed("unsupported URL"); };
     EXPECT_FALSE(HardwareDetector::sendToWebsite("", hardware_));
     EXPECT_EQ(machine().log,
               (Lines{"📤 Sending hardware data to: /save-detected-hardware/", "❌ Network error: unsupported URL",

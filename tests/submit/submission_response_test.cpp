@@ -7,19 +7,19 @@
 #include <string>
 #include <utility>
 
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 namespace {
 
-using standIn::answered;
-using standIn::machine;
+using fakes::answered;
+using fakes::machine;
 using Lines = std::vector<std::string>;
 
 class SubmissionResponse : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 
-    void handle(const standIn::HttpAnswer& answer) {
+    void handle(const fakes::HttpAnswer& answer) {
         handleSubmissionAnswer(answer.body, answer.response, answer.error, submission_);
         EXPECT_TRUE(submission_.completion.try_acquire());
         EXPECT_FALSE(submission_.completion.try_acquire()) << "released more than once";
@@ -117,7 +117,7 @@ TEST_F(SubmissionResponse, ASuccessOpensThePageOnTheMainQueue) {
     EXPECT_EQ(submission_.errorMessage, std::nullopt);
     EXPECT_TRUE(machine().pagesAsked.empty());
 
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/done?hardware_id=42"});
     EXPECT_EQ(machine().log[2], "✅ Opened URL: http://site.example/done?hardware_id=42");
     EXPECT_EQ(machine().log[3], "📋 Hardware ID: 42");
@@ -133,7 +133,7 @@ TEST_F(SubmissionResponse, ThePageIsPostedBeforeTheCallerIsWoken) {
 
 TEST_F(SubmissionResponse, WithoutAnIdTheLogSaysNone) {
     handle(answered(200, R"({"success":true})"));
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     EXPECT_EQ(machine().log.back(), "📋 Hardware ID: none");
 }
 
@@ -143,14 +143,14 @@ TEST_F(SubmissionResponse, ASuccessCountsWhateverTheStatus) {
     EXPECT_EQ(submission_.errorMessage, "Server error: HTTP 500");
     EXPECT_EQ(machine().log, (Lines{"📥 Response status: 500", "❌ Server returned status: 500",
                                     R"(📥 Response body: {"success":true,"redirect_url":"done"})"}));
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/done"});
 }
 
 TEST_F(SubmissionResponse, ARedirectThatDoesNotParseIsWarnedOfAndTheBaseOpened) {
     handle(answered(200, R"({"success":true,"redirect_url":"a b"})"));
     EXPECT_EQ(machine().log.back(), "⚠️  Could not create valid URL from redirect: a b");
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/"});
 }
 
@@ -165,7 +165,7 @@ TEST_F(SubmissionResponse, NoUsablePageAtAllIsToldAndStillASuccess) {
 TEST_F(SubmissionResponse, APageThatTheDesktopRefusesIsToldWithoutTheId) {
     machine().opensPages = false;
     handle(answered(200, R"({"success":true,"hardware_id":42})"));
-    standIn::runMainQueue();
+    fakes::runMainQueue();
     EXPECT_EQ(machine().log.back(), "❌ Failed to open URL: http://site.example/?hardware_id=42");
     EXPECT_TRUE(submission_.succeeded);
 }

@@ -1,17 +1,17 @@
 #include <gtest/gtest.h>
 
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 #include "tracking/app_tracker.h"
 
 namespace {
 
-using standIn::machine;
+using fakes::machine;
 
 constexpr const char* key = "com.velmora.device_id";
 
 class DeviceIdentity : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 };
 
 TEST_F(DeviceIdentity, IsTheMachinesUuidStoredAtTheFirstRequest) {

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 #include "tracking/app_tracker.h"
 
 namespace {
 
-using standIn::answered;
-using standIn::machine;
+using fakes::answered;
+using fakes::machine;
 using Lines = std::vector<std::string>;
 
 constexpr const char* flag = "com.velmora.install_tracked";
@@ -14,10 +14,10 @@ constexpr const char* warning = "⚠️ Install tracking may have failed. Check 
 
 class InstallReport : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 
     // The lines that the answer adds to the two before the request.
-    static Lines linesFor(const standIn::HttpAnswer& answer) {
+    static Lines linesFor(const fakes::HttpAnswer& answer) {
         machine().website = [answer](const auto&) { return answer; };
         AppTracker::trackInstall("http://site.example");
         Lines lines = machine().log;
@@ -70,7 +70,7 @@ TEST_F(InstallReport, ANewInstallIsToldAndKept) {
 TEST_F(InstallReport, AKnownInstallIsToldWhenCreatedIsFalseAbsentOrNoBoolean) {
     for (const char* body : {R"({"created":false})", "{}", R"({"created":"true"})", R"({"created":null})",
                              R"({"created":1})", R"({"created":1.0})"}) {
-        standIn::reset();
+        fakes::reset();
         EXPECT_EQ(linesFor(answered(200, body)).back(), "   ♻️ Install already existed, updated") << body;
         EXPECT_EQ(machine().defaults[flag], "1");
     }
@@ -78,7 +78,7 @@ TEST_F(InstallReport, AKnownInstallIsToldWhenCreatedIsFalseAbsentOrNoBoolean) {
 
 TEST_F(InstallReport, ABodyThatIsNoJsonObjectIsAcceptedWithoutACreatedLine) {
     for (const std::string body : {"thanks", "", "[true]"}) {
-        standIn::reset();
+        fakes::reset();
         EXPECT_EQ(linesFor(answered(200, body)),
                   (Lines{"📥 Response status: 200", "✅ Install tracked successfully", "   Response: " + body}));
         EXPECT_EQ(machine().defaults[flag], "1");
@@ -88,14 +88,14 @@ TEST_F(InstallReport, ABodyThatIsNoJsonObjectIsAcceptedWithoutACreatedLine) {
 TEST_F(InstallReport, AnAcceptedStatusWithoutReadableBodyCountsAsNotTracked) {
     EXPECT_EQ(linesFor(answered(200, "\xFF")), (Lines{"📥 Response status: 200", warning}));
     EXPECT_EQ(machine().defaults.count(flag), 0U);
-    standIn::reset();
+    fakes::reset();
     EXPECT_EQ(linesFor({std::nullopt, platform::HttpResponse{200}, std::nullopt}),
               (Lines{"📥 Response status: 200", warning}));
 }
 
 TEST_F(InstallReport, EveryOtherStatusIsAFailure) {
     for (const int status : {201, 204, 302, 404, 500}) {
-        standIn::reset();
+        fakes::reset();
         const std::string code = std::to_string(status);
         EXPECT_EQ(linesFor(answered(status, R"({"created":true})")),
                   (Lines{"📥 Response status: " + code, "⚠️ Install tracking returned status: " + code,
@@ -110,7 +110,7 @@ TEST_F(InstallReport, AnotherStatusWithoutReadableBodyHasNoBodyLine) {
 }
 
 TEST_F(InstallReport, ATransportErrorIsToldWithItsDetails) {
-    EXPECT_EQ(linesFor(standIn::failed("no network", "all about it")),
+    EXPECT_EQ(linesFor(fakes::failed("no network", "all about it")),
               (Lines{"❌ Install tracking error: no network", "   Error details: all about it", warning}));
 }
 

@@ -2,28 +2,28 @@
 
 #include <algorithm>
 
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 #include "tracking/app_tracker.h"
 
 namespace {
 
-using standIn::answered;
-using standIn::machine;
+using fakes::answered;
+using fakes::machine;
 using Lines = std::vector<std::string>;
 
 constexpr const char* dateKey = "com.velmora.last_tracked_date";
 
 class UsageReport : public testing::Test {
   protected:
-    void SetUp() override { standIn::reset(); }
+    void SetUp() override { fakes::reset(); }
 
     // What is logged from the usage report's attempt on, with the usage answered so.
-    static Lines linesFor(const standIn::HttpAnswer& answer) {
+    static Lines linesFor(const fakes::HttpAnswer& answer) {
         machine().website = [answer](const platform::HttpRequest& request) {
             return request.url.absoluteString().ends_with("/api/track-usage/") ? answer : answered(200, "ok");
         };
         AppTracker::trackUsage("http://site.example");
-        standIn::waitForSession();
+        fakes::waitForSession();
         const Lines& log = machine().log;
         const auto attempt =
             std::find(log.begin(), log.end(), "📤 Attempting to track usage to: http://site.example/api/track-usage/");
@@ -36,7 +36,7 @@ TEST_F(UsageReport, TheFirstStartReportsAnInstallKeepsTheDateAndReportsAUsage) {
     machine().website = [](const auto&) { return answered(200, "ok"); };
 
     AppTracker::trackUsage("http://site.example/");
-    standIn::waitForSession();
+    fakes::waitForSession();
 
     Lines events;
     for (const std::string& event : machine().events) {
@@ -51,7 +51,7 @@ TEST_F(UsageReport, TheFirstStartReportsAnInstallKeepsTheDateAndReportsAUsage) {
 
 TEST_F(UsageReport, PostsDeviceIdAndDateAndGivesUpAfterTenIdleSeconds) {
     AppTracker::trackUsage("http://site.example");
-    standIn::waitForSession();
+    fakes::waitForSession();
 
     ASSERT_EQ(machine().requests.size(), 2U);
     const platform::HttpRequest& request = machine().requests[1];
@@ -67,7 +67,7 @@ TEST_F(UsageReport, PostsDeviceIdAndDateAndGivesUpAfterTenIdleSeconds) {
 TEST_F(UsageReport, ASecondStartOnTheSameDayReportsBothAgainAndLeavesTheDate) {
     machine().defaults[dateKey] = "2026-11-20";
     AppTracker::trackUsage("http://site.example");
-    standIn::waitForSession();
+    fakes::waitForSession();
 
     EXPECT_EQ(machine().requests.size(), 2U);
     const Lines& events = machine().events;
@@ -77,7 +77,7 @@ TEST_F(UsageReport, ASecondStartOnTheSameDayReportsBothAgainAndLeavesTheDate) {
 TEST_F(UsageReport, AStartOnALaterDayReplacesTheDate) {
     machine().defaults[dateKey] = "2026-11-19";
     AppTracker::trackUsage("http://site.example");
-    standIn::waitForSession();
+    fakes::waitForSession();
     EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
     EXPECT_EQ(machine().requests.size(), 2U);
 }
@@ -90,7 +90,7 @@ TEST_F(UsageReport, TheStoredDateThatCountsIsTheOneFromBeforeTheInstallReport) {
         return answered(200, "ok");
     };
     AppTracker::trackUsage("http://site.example");
-    standIn::waitForSession();
+    fakes::waitForSession();
     const Lines& events = machine().events;
     EXPECT_EQ(std::count(events.begin(), events.end(), std::string("store ") + dateKey), 1);
 }
@@ -98,21 +98,21 @@ TEST_F(UsageReport, TheStoredDateThatCountsIsTheOneFromBeforeTheInstallReport) {
 TEST_F(UsageReport, AcrossMidnightTheReportMayCarryTheNextDay) {
     machine().dates = {"2026-11-20", "2026-11-21"};
     AppTracker::trackUsage("http://site.example");
-    standIn::waitForSession();
+    fakes::waitForSession();
     EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
     EXPECT_EQ(machine().requests[1].body, R"({"device_id":"PLATFORM-UUID","date":"2026-11-21"})");
 }
 
 TEST_F(UsageReport, AFailedInstallReportDoesNotStopIt) {
-    machine().website = [](const auto&) { return standIn::failed("no network"); };
+    machine().website = [](const auto&) { return fakes::failed("no network"); };
     AppTracker::trackUsage("http://site.example");
-    standIn::waitForSession();
+    fakes::waitForSession();
     EXPECT_EQ(machine().requests.size(), 2U);
 }
 
 TEST_F(UsageReport, AnAddressThatDoesNotParseIsToldInOneLineAndTheDateStillKept) {
     AppTracker::trackUsage("a b");
-    standIn::waitForSession();
+    fakes::waitForSession();
     EXPECT_EQ(machine().log.size(), 7U);
     EXPECT_EQ(machine().log[5], "📤 Attempting to track usage to: a b/api/track-usage/");
     EXPECT_EQ(machine().log[6], "❌ Error: Could not create usage tracking JSON data or URL");
@@ -126,19 +126,19 @@ TEST_F(UsageReport, AnAcceptedAnswerIsTold) {
 
 TEST_F(UsageReport, AnAcceptedAnswerWithoutReadableBodyIsNotTold) {
     EXPECT_EQ(linesFor(answered(200, "\xFF")), Lines{});
-    standIn::reset();
+    fakes::reset();
     EXPECT_EQ(linesFor({std::nullopt, platform::HttpResponse{200}, std::nullopt}), Lines{});
 }
 
 TEST_F(UsageReport, AnotherStatusIsToldWithItsBodyWhenReadable) {
     EXPECT_EQ(linesFor(answered(201, "made")),
               (Lines{"⚠️ Usage tracking returned status: 201", "   Response: made"}));
-    standIn::reset();
+    fakes::reset();
     EXPECT_EQ(linesFor(answered(500, "\xFF")), Lines{"⚠️ Usage tracking returned status: 500"});
 }
 
 TEST_F(UsageReport, ATransportErrorIsToldWithoutDetails) {
-    EXPECT_EQ(linesFor(standIn::failed("no network")), Lines{"❌ Usage tracking error: no network"});
+    EXPECT_EQ(linesFor(fakes::failed("no network")), Lines{"❌ Usage tracking error: no network"});
 }
 
 TEST_F(UsageReport, AResponseThatIsNotHttpIsNotTold) {

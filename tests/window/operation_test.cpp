@@ -11,7 +11,7 @@
 namespace window_test {
 namespace {
 
-using standIn::machine;
+using fakes::machine;
 
 using WindowOperation = ShownWindow;
 
@@ -232,7 +232,7 @@ class PaintingWitness : public QObject {
 };
 
 TEST(WindowAppearance, ComesAfterTheFirstFrame) {
-    standIn::reset();
+    fakes::reset();
     const ContentView view;
     platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
                                  return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
@@ -241,14 +241,14 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     window.installEventFilter(&witness);
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([] { return usagesReported() == 1; }, 30'000));
-    standIn::waitForSession();
+    fakes::waitForSession();
 
     ASSERT_FALSE(machine().events.empty());
     EXPECT_EQ(machine().events.front(), "painted");
 }
 
 TEST(WindowAppearance, WaitsUntilTheWindowSystemHasExposedTheWindow) {
-    standIn::reset();
+    fakes::reset();
     const ContentView view;
     platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
                                  return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};

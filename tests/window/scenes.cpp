@@ -5,7 +5,7 @@
 
 namespace window_test {
 
-using standIn::machine;
+using fakes::machine;
 
 const std::vector<std::string>& ScenicWindow::scenes() {
     static const std::vector<std::string> all = {"launch", "detecting", "detected",      "detecting_again", "sending",
@@ -20,7 +20,7 @@ void ScenicWindow::bringAbout(const std::string& scene) {
     machine().commands["/usr/sbin/system_profiler SPDisplaysDataType"] = "      Chipset Model: Apple M1 Pro\n";
     machine().commands["/bin/df -h /"] = "Filesystem Size\n/dev/disk3s1s1 494G\n";
     if (scene == "sent") {
-        machine().website = [](const auto&) { return standIn::answered(200, R"({"success": true})"); };
+        machine().website = [](const auto&) { return fakes::answered(200, R"({"success": true})"); };
     }
     if (scene == "long_values") {
         std::string names;

@@ -12,9 +12,9 @@ namespace window_test {
 
 namespace {
 
-// The stand-ins are made afresh before the window that uses them.
+// The fakes start afresh before the window that uses them.
 ContentView freshView() {
-    standIn::reset();
+    fakes::reset();
     return {};
 }
 
@@ -37,9 +37,9 @@ ShownWindow::ShownWindow()
     window_.show();
     window_.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window_, 30'000));
-    EXPECT_TRUE(QTest::qWaitFor([] { return !standIn::machine().datePatterns.empty(); }, 30'000)) << "never appeared";
+    EXPECT_TRUE(QTest::qWaitFor([] { return !fakes::machine().datePatterns.empty(); }, 30'000)) << "never appeared";
     settle();
-    standIn::waitForSession();
+    fakes::waitForSession();
 }
 
 void ShownWindow::settle() {
@@ -103,8 +103,8 @@ QRect ShownWindow::placeOf(const QWidget* widget) const {
 }
 
 void ShownWindow::finishWork() {
-    standIn::runBackground();
-    standIn::runMainQueue();
+    fakes::runBackground();
+    fakes::runMainQueue();
     settle();
 }
 

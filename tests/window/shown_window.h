@@ -13,7 +13,7 @@
 
 #include "app/content_view.h"
 #include "platform/qt/window_qt.h"
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 namespace window_test {
 

@@ -9,7 +9,7 @@
 namespace window_test {
 namespace {
 
-using standIn::machine;
+using fakes::machine;
 using StatusType = ContentView::StatusType;
 using Texts = std::vector<std::string>;
 
@@ -96,7 +96,7 @@ TEST_F(WindowStates, WhileSendingTheSendButtonAloneIsBusy) {
 }
 
 TEST_F(WindowStates, ASuccessSaysThatTheWebsiteOpens) {
-    machine().website = [](const auto&) { return standIn::answered(200, R"({"success": true})"); };
+    machine().website = [](const auto&) { return fakes::answered(200, R"({"success": true})"); };
     show(record());
     button("Send to Website")->click();
     finishWork();

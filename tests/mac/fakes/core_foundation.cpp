@@ -30,7 +30,7 @@ void CFRelease(CFTypeRef object) {
     --known->references;
 }
 
-CFStringRef standInConstantString(const char* text) {
+CFStringRef fakeConstantString(const char* text) {
     Object& constant = newObject(string, utf16(text).value(), "CFSTR");
     constant.isConstant = true;
     return referenceTo<CFStringRef>(constant);

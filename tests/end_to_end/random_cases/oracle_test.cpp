@@ -1,9 +1,9 @@
-// The second opinion itself, against examples worked out by hand.
-#include "tests/end_to_end/generated/expected_behaviour.h"
+// The oracle itself, against examples worked out by hand.
+#include "tests/end_to_end/random_cases/oracle.h"
 
 #include <gtest/gtest.h>
 
-#include "tests/end_to_end/generated/case_generator.h"
+#include "tests/end_to_end/random_cases/case_generator.h"
 
 namespace end_to_end {
 namespace {
@@ -23,12 +23,12 @@ Case aMac() {
             .body = ""};
 }
 
-TEST(ExpectedBehaviour, OfAMacIsItsFiveValues) {
+TEST(Oracle, OfAMacIsItsFiveValues) {
     EXPECT_EQ(expectedBehaviour(aMac(), base).values,
               (Lines{"macOS", "Apple M1 Pro Max", "Apple M1 GPU 4GB", "16 GB DDR4", "494 GB SSD"}));
 }
 
-TEST(ExpectedBehaviour, OfAnIntelMacLeavesTheOverviewAlone) {
+TEST(Oracle, OfAnIntelMacLeavesTheOverviewAlone) {
     Case round = aMac();
     round.brand = "Intel(R) Core(TM) i7\n";
     round.disk = "Filesystem Size\n/dev/disk1 466Gi\n";
@@ -36,14 +36,14 @@ TEST(ExpectedBehaviour, OfAnIntelMacLeavesTheOverviewAlone) {
     EXPECT_EQ(expectedBehaviour(round, base).values[4], "512 GB SSD");
 }
 
-TEST(ExpectedBehaviour, OfOutputsThatAreNoTextAreTheFallbacks) {
+TEST(Oracle, OfOutputsThatAreNoTextAreTheFallbacks) {
     Case round = aMac();
     round.brand = round.overview = round.memory = round.displays = round.disk = "\xFF";
     EXPECT_EQ(expectedBehaviour(round, base).values,
               (Lines{"macOS", "Unknown", "Unknown 4GB", "8 GB DDR4", "512 GB SSD"}));
 }
 
-TEST(ExpectedBehaviour, OfASuccessIsThePageAndTheEnd) {
+TEST(Oracle, OfASuccessIsThePageAndTheEnd) {
     Case round = aMac();
     round.members["hardware_id"] = "42";
     round.members["redirect_url"] = "\"/results\"";
@@ -56,7 +56,7 @@ TEST(ExpectedBehaviour, OfASuccessIsThePageAndTheEnd) {
     EXPECT_TRUE(expected.ends);
 }
 
-TEST(ExpectedBehaviour, OfARefusalIsItsReason) {
+TEST(Oracle, OfARefusalIsItsReason) {
     Case round = aMac();
     round.status = 500;
     round.members = {{"success", "false"}, {"error", "\"disk full\""}};
@@ -70,7 +70,7 @@ TEST(ExpectedBehaviour, OfARefusalIsItsReason) {
     EXPECT_FALSE(expected.ends);
 }
 
-TEST(ExpectedBehaviour, OfAnAddressWithASlashDoublesIt) {
+TEST(Oracle, OfAnAddressWithASlashDoublesIt) {
     Case round = aMac();
     round.addressTail = "/";
     EXPECT_EQ(expectedBehaviour(round, base).target, "//save-detected-hardware/");

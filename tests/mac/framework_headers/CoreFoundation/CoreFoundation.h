@@ -1,5 +1,5 @@
 // The part of CoreFoundation that the macOS back ends use, declared after its public documentation, so that they
-// compile where there is no macOS. What stands behind it is in recording_fakes.cpp.
+// compile where there is no macOS. The fakes are in tests/mac/fakes.
 #pragma once
 
 extern "C" {
@@ -41,8 +41,8 @@ void CFRelease(CFTypeRef object);
 typedef UInt32 CFStringEncoding;
 enum : CFStringEncoding { kCFStringEncodingUTF8 = 0x08000100 };
 
-CFStringRef standInConstantString(const char* text);
-#define CFSTR(text) standInConstantString("" text "")
+CFStringRef fakeConstantString(const char* text);
+#define CFSTR(text) fakeConstantString("" text "")
 
 CFTypeID CFStringGetTypeID();
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex byteCount,

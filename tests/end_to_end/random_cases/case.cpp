@@ -1,4 +1,4 @@
-#include "tests/end_to_end/generated/case.h"
+#include "tests/end_to_end/random_cases/case.h"
 
 #include <cstdio>
 

@@ -1,10 +1,10 @@
-#include "tests/end_to_end/generated/expected_behaviour.h"
+#include "tests/end_to_end/random_cases/oracle.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <optional>
 
-#include "tests/end_to_end/generated/plain_text.h"
+#include "tests/end_to_end/random_cases/plain_text.h"
 
 namespace end_to_end {
 

@@ -1,4 +1,4 @@
-#include "tests/stand_ins/stand_ins.h"
+#include "tests/fakes/fakes.h"
 
 #include <cstdlib>
 #include <mutex>
@@ -13,7 +13,7 @@
 #include "platform/uuid.h"
 #include "platform/workspace.h"
 
-namespace standIn {
+namespace fakes {
 
 namespace {
 
@@ -75,11 +75,11 @@ void runBackground() {
     std::thread([] { runAll(&Machine::background); }).join();
 }
 
-}  // namespace standIn
+}  // namespace fakes
 
 namespace platform {
 
-using standIn::machine;
+using fakes::machine;
 
 std::optional<std::string> standardOutputOf(const std::string& path, std::span<const std::string> arguments) {
     std::string commandLine = path;
@@ -91,18 +91,18 @@ std::optional<std::string> standardOutputOf(const std::string& path, std::span<c
 }
 
 void httpSession::start(HttpRequest request, HttpCompletionHandler completionHandler) {
-    const std::lock_guard lock(standIn::mutex);
+    const std::lock_guard lock(fakes::mutex);
     machine().requests.push_back(request);
-    standIn::happened("request " + request.url.absoluteString());
-    standIn::sessionThreads.emplace_back([request = std::move(request), handler = std::move(completionHandler)] {
-        const standIn::HttpAnswer answer = machine().website(request);
+    fakes::happened("request " + request.url.absoluteString());
+    fakes::sessionThreads.emplace_back([request = std::move(request), handler = std::move(completionHandler)] {
+        const fakes::HttpAnswer answer = machine().website(request);
         handler(answer.body, answer.response, answer.error);
     });
 }
 
 bool openInBrowser(const Url& url) {
     machine().pagesAsked.push_back(url.absoluteString());
-    standIn::happened("open " + url.absoluteString());
+    fakes::happened("open " + url.absoluteString());
     return machine().opensPages;
 }
 
@@ -118,17 +118,17 @@ std::optional<std::string> platformUuid() {
 std::string randomUuid() { return "RANDOM-" + std::to_string(++machine().randomUuids); }
 
 std::optional<std::string> userDefaults::string(const std::string& key) {
-    const std::lock_guard lock(standIn::mutex);
+    const std::lock_guard lock(fakes::mutex);
     const auto value = machine().defaults.find(key);
     if (value == machine().defaults.end()) return std::nullopt;
     return value->second;
 }
 
 void userDefaults::setString(const std::string& key, const std::string& value) {
-    const std::lock_guard lock(standIn::mutex);
+    const std::lock_guard lock(fakes::mutex);
     machine().beforeStore();
     machine().defaults[key] = value;
-    standIn::happened("store " + key);
+    fakes::happened("store " + key);
 }
 
 void userDefaults::setBool(const std::string& key, bool value) { setString(key, value ? "1" : "0"); }
@@ -143,9 +143,9 @@ std::string currentDate(const std::string& pattern) {
 
 void mainQueue::async(Work work) {
     machine().whenPosting();
-    const std::lock_guard lock(standIn::mutex);
+    const std::lock_guard lock(fakes::mutex);
     machine().mainQueue.push_back(std::move(work));
-    standIn::happened("post");
+    fakes::happened("post");
 }
 
 void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
@@ -157,10 +157,10 @@ void userInitiatedQueue::async(Work work) { machine().background.push_back(std::
 void beginLog() {}
 
 void log(std::string_view message, std::string_view value) {
-    const std::lock_guard lock(standIn::mutex);
+    const std::lock_guard lock(fakes::mutex);
     const std::string line = std::string(message).append(value);
     machine().log.push_back(line);
-    standIn::happened("log " + line);
+    fakes::happened("log " + line);
 }
 
 }  // namespace platform

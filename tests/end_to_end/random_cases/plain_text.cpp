@@ -1,4 +1,4 @@
-#include "tests/end_to_end/generated/plain_text.h"
+#include "tests/end_to_end/random_cases/plain_text.h"
 
 namespace end_to_end {
 

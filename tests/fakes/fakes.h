@@ -12,7 +12,7 @@
 #include "platform/dispatch.h"
 #include "platform/http.h"
 
-namespace standIn {
+namespace fakes {
 
 struct HttpAnswer {
     std::optional<std::string> body;
@@ -79,4 +79,4 @@ void reset();
 void runMainQueue();
 void runBackground();  // On a thread of its own.
 
-}  // namespace standIn
+}  // namespace fakes

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/end_to_end/generated/case.h"
+#include "tests/end_to_end/random_cases/case.h"
 
 namespace end_to_end {
 

@@ -1,4 +1,4 @@
-#include "tests/end_to_end/generated/case_generator.h"
+#include "tests/end_to_end/random_cases/case_generator.h"
 
 #include <array>
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <random>
 
-#include "tests/end_to_end/generated/case.h"
+#include "tests/end_to_end/random_cases/case.h"
 
 namespace end_to_end {
 

@@ -1,4 +1,4 @@
-// The real program in many drawn cases, against the second opinion of expected_behaviour.h.
+// The real program in many random cases, against the oracle.
 #include <algorithm>
 #include <chrono>
 #include <fstream>
@@ -7,8 +7,8 @@
 #include <mutex>
 #include <sstream>
 
-#include "tests/end_to_end/generated/case_generator.h"
-#include "tests/end_to_end/generated/expected_behaviour.h"
+#include "tests/end_to_end/random_cases/case_generator.h"
+#include "tests/end_to_end/random_cases/oracle.h"
 #include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
@@ -29,7 +29,7 @@ std::string printed(const std::vector<std::string>& lines) {
 }
 
 // One program after another, each for as many rounds as it lives.
-class GeneratedCases : public Surroundings, public testing::WithParamInterface<int> {
+class RandomCases : public Surroundings, public testing::WithParamInterface<int> {
   protected:
     void SetUp() override {
         Surroundings::SetUp();
@@ -159,7 +159,7 @@ class GeneratedCases : public Surroundings, public testing::WithParamInterface<i
     std::unique_ptr<Program> program_;
 };
 
-TEST_P(GeneratedCases, AreWhatASecondOpinionExpects) {
+TEST_P(RandomCases, MatchTheOracle) {
     const int given = testing::GTEST_FLAG(random_seed);  // --gtest_random_seed, to see a run again
     const auto now = std::chrono::system_clock::now().time_since_epoch().count();
     const std::uint64_t seed =
@@ -180,7 +180,7 @@ TEST_P(GeneratedCases, AreWhatASecondOpinionExpects) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(FiveTimesAHundred, GeneratedCases, testing::Range(0, 5));
+INSTANTIATE_TEST_SUITE_P(FiveTimesAHundred, RandomCases, testing::Range(0, 5));
 
 }  // namespace
 }  // namespace end_to_end
