@@ -160,21 +160,18 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
 };
 
 TEST_P(RandomCases, MatchTheOracle) {
-    const int given = testing::GTEST_FLAG(random_seed);  // --gtest_random_seed, to see a run again
-    const auto now = std::chrono::system_clock::now().time_since_epoch().count();
-    const std::uint64_t seed =
-        (given != 0 ? static_cast<std::uint64_t>(given) : static_cast<std::uint64_t>(now) % 99'999 + 1) * 100 +
-        static_cast<std::uint64_t>(GetParam());
-    std::cout << "seed " << seed / 100 << std::endl;
-    CaseGenerator generator(seed);
+    // The same cases in each run, so that a failure does not depend on the hour; --gtest_random_seed draws others.
+    constexpr int usualSeed = 1;
+    const int given = testing::GTEST_FLAG(random_seed);
+    const int seed = given != 0 ? given : usualSeed;
+    std::cout << "seed " << seed << std::endl;
+    CaseGenerator generator(static_cast<std::uint64_t>(seed) * 100 + static_cast<std::uint64_t>(GetParam()));
     for (int round = 0; round < roundsOfEach; ++round) {
         const Case drawn = generator.next();
         const std::string differences = differencesIn(drawn);
         if (differences.empty()) continue;
         // At once: to find the least case takes its time, and may find none, when it does not go wrong each time.
-        ADD_FAILURE() << "seed " << seed / 100 << ", round " << round << "\n"
-                      << literalOf(drawn) << "\n"
-                      << differences;
+        ADD_FAILURE() << "seed " << seed << ", round " << round << "\n" << literalOf(drawn) << "\n" << differences;
         const Case least = shrunk(drawn);
         FAIL() << "At its least:\n" << literalOf(least) << "\n" << differencesIn(least);
     }
