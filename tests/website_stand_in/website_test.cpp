@@ -1,100 +1,156 @@
-// Addresses, methods, and many requests at once.
+// What the stand-in website takes, refuses and shows.
+#include "website_stand_in/website.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <future>
-#include <optional>
-#include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "tests/website_stand_in/website_requests.h"
-
-using websiteStandIn::WebAnswer;
-using websiteStandIn::Website;
-
 namespace {
 
-using namespace websiteStandInTest;
+using websiteStandIn::WebAnswer;
 
-TEST(Website, KnowsNoOtherAddress) {
-    Website website;
+constexpr const char* machine =
+    R"({"profile_name":"My PC","os":"macOS","processor":"Apple M2 Pro","graphics_card":"Apple M2 Pro GPU","ram_gb":16,)"
+    R"("ram_type":"LPDDR5","ram_frequency":6400,"storage_gb":494,"storage_type":"SSD","directx_version":"Metal 3",)"
+    R"("gpu_memory":12})";
+constexpr const char* install = R"({"platform":"mac","device_id":"AAAA-1"})";
+constexpr const char* usage = R"({"device_id":"AAAA-1","date":"2024-05-01"})";
 
-    for (const char* const target :
-         {"//save-detected-hardware/", "/save-detected-hardware", "/save-detected-hardware//",
-          "/Save-Detected-Hardware/", "/%73ave-detected-hardware/", "save-detected-hardware/", "/api/track-install",
-          "//api/track-install/", "/api/track-usage", "/api/", "//", "*", "", "/favicon.ico"}) {
-        const WebAnswer posted = post(website, target, machineJson);
-        EXPECT_EQ(posted.status, 404) << target;
-        EXPECT_EQ(posted.contentType, "application/json") << target;
-        EXPECT_EQ(sentenceOf(posted), "There is nothing at this address.") << target;
-        EXPECT_EQ(get(website, target).status, 404) << target;
-    }
-    EXPECT_TRUE(contains(get(website, "/").body, "None has been sent yet."));
+constexpr const char* machinePath = "/save-detected-hardware/";
+constexpr const char* installPath = "/api/track-install/";
+constexpr const char* usagePath = "/api/track-usage/";
+
+std::string replaced(std::string text, const std::string& part, const std::string& replacement) {
+    const std::size_t position = text.find(part);
+    if (position == std::string::npos) throw std::invalid_argument(part);
+    return text.replace(position, part.size(), replacement);
 }
 
-TEST(Website, SaysWhichMethodAnEndpointTakes) {
-    Website website;
+class Website : public testing::Test {
+  protected:
+    WebAnswer post(const std::string& target, const std::string& body) {
+        return website_.answerTo({"POST", target, "application/json", body});
+    }
+    WebAnswer get(const std::string& target) { return website_.answerTo({"GET", target, "", ""}); }
 
-    for (const char* const target : {"/save-detected-hardware/", "/api/track-install/", "/api/track-usage/"}) {
-        for (const char* const method : {"GET", "HEAD", "PUT", "PATCH", "DELETE", "OPTIONS", "post"}) {
-            const WebAnswer answer = website.answerTo({method, target, "application/json", machineJson});
-            EXPECT_EQ(answer.status, 405) << method << " " << target;
-            EXPECT_EQ(answer.allow, "POST") << method << " " << target;
-            EXPECT_EQ(sentenceOf(answer), "This address takes POST only.") << method << " " << target;
-        }
+    void expectOn(const std::string& target, const std::vector<std::string>& parts) {
+        const WebAnswer page = get(target);
+        EXPECT_EQ(page.status, 200);
+        EXPECT_EQ(page.contentType, "text/html; charset=utf-8");
+        for (const std::string& part : parts) EXPECT_NE(page.body.find(part), std::string::npos) << part;
+    }
+
+    websiteStandIn::Website website_;
+};
+
+TEST_F(Website, StoresMachinesAndShowsEachOnAPageOfItsOwn) {
+    expectOn("/", {"None has been sent yet.", "0 installs and 0 usages reported."});
+    const WebAnswer first = post(machinePath, machine);
+    EXPECT_EQ(first.status, 200);
+    EXPECT_EQ(first.contentType, "application/json");
+    EXPECT_EQ(first.body, R"({"success":true,"hardware_id":1,"redirect_url":"/detected-hardware/"})");
+    EXPECT_EQ(post(machinePath, "{}").status, 400);
+    const WebAnswer second = post(machinePath, replaced(machine, R"("Apple M2 Pro")", R"("Intel")"));
+    EXPECT_EQ(second.body, R"({"success":true,"hardware_id":2,"redirect_url":"/detected-hardware/"})");
+
+    expectOn("/detected-hardware/?from=tool&hardware_id=1&x",
+             {"<h1>My PC</h1>", R"(Operating system</th><td>macOS</td>)", R"(Processor</th><td>Apple M2 Pro</td>)",
+              R"(Graphics card</th><td>Apple M2 Pro GPU</td>)", R"(Graphics memory</th><td>12 GB</td>)",
+              R"(Memory</th><td>16 GB</td>)", R"(Memory type</th><td>LPDDR5</td>)",
+              R"(Memory frequency</th><td>6400 MHz</td>)", R"(Storage</th><td>494 GB</td>)",
+              R"(Storage type</th><td>SSD</td>)", R"(DirectX version</th><td>Metal 3</td>)"});
+    expectOn("/detected-hardware/?hardware_id=2", {R"(Processor</th><td>Intel</td>)"});
+    expectOn("/", {R"(<a href="/detected-hardware/?hardware_id=1">1. My PC</a></th><td>Apple M2 Pro</td>)",
+                   R"(<a href="/detected-hardware/?hardware_id=2">2. My PC</a></th><td>Intel</td>)"});
+}
+
+TEST_F(Website, CountsInstallsOnceAndUsagesEachTime) {
+    EXPECT_EQ(post(installPath, install).body, R"({"created":true})");
+    EXPECT_EQ(post(installPath, install).body, R"({"created":false})");
+    EXPECT_EQ(post(usagePath, usage).body, R"({"success":true})");
+    EXPECT_EQ(post(usagePath, replaced(usage, "05-01", "05-02")).body, R"({"success":true})");
+    expectOn("/", {"1 install and 2 usages reported.", R"(AAAA-1</th><td>2024-05-01, 2024-05-02</td>)"});
+}
+
+TEST_F(Website, RefusesABodyWithoutExactlyTheMembersOfItsEndpoint) {
+    struct Case {
+        const char* path;
+        std::string body;
+        const char* sentence;
+    };
+    for (const Case& refused : {
+             Case{machinePath, "", "The body must be a JSON object."},
+             Case{machinePath, "[]", "The body must be a JSON object."},
+             Case{machinePath, replaced(machine, R"("os")", R"("OS")"), R"(The member \"os\" is missing.)"},
+             Case{machinePath, replaced(machine, "\"macOS\"", "1"), R"(The member \"os\" must be a string.)"},
+             Case{machinePath, replaced(machine, "16", "16.0"), R"(The member \"ram_gb\" must be an integer.)"},
+             Case{machinePath, replaced(machine, "16", "true"), R"(The member \"ram_gb\" must be an integer.)"},
+             Case{machinePath, replaced(machine, "{", R"({"serial":"C02",)"), R"(The member \"serial\" is unknown.)"},
+             Case{machinePath, replaced(machine, "}", R"(,"os":"macOS"})"), R"(The member \"os\" is given twice.)"},
+             Case{installPath, R"({"device_id":"A"})", R"(The member \"platform\" is missing.)"},
+             Case{installPath, replaced(install, "mac", "linux"), R"(The member \"platform\" must be \"mac\".)"},
+             Case{usagePath, R"({"device_id":"A"})", R"(The member \"date\" is missing.)"},
+             Case{usagePath, R"({"device_id":7,"date":""})", R"(The member \"device_id\" must be a string.)"},
+         }) {
+        const WebAnswer answer = post(refused.path, refused.body);
+        EXPECT_EQ(answer.status, 400) << refused.body;
+        EXPECT_EQ(answer.contentType, "application/json") << refused.body;
+        EXPECT_EQ(answer.body, std::string(R"({"success":false,"error":")") + refused.sentence + "\"}");
+    }
+    expectOn("/", {"None has been sent yet.", "0 installs and 0 usages reported."});
+}
+
+TEST_F(Website, NeedsTheContentTypeOfJson) {
+    for (const char* type : {"application/json", "application/json ;charset=utf-8", "Application/JSON"}) {
+        EXPECT_EQ(website_.answerTo({"POST", installPath, type, install}).status, 200) << type;
+    }
+    for (const char* type : {"", "text/plain", "application/json-seq", "text/plain; application/json"}) {
+        EXPECT_EQ(website_.answerTo({"POST", installPath, type, install}).status, 400) << type;
     }
 }
 
-TEST(Website, SaysWhichMethodsAPageTakes) {
-    Website website;
-    saveMachine(website, machineJson);
+TEST_F(Website, KnowsNoOtherAddressAndNoOtherMethod) {
+    for (const char* target : {"//save-detected-hardware/", "/save-detected-hardware", "/Save-Detected-Hardware/", "*",
+                               "", "/favicon.ico"}) {
+        const WebAnswer answer = post(target, machine);
+        EXPECT_EQ(answer.status, 404) << target;
+        EXPECT_EQ(answer.body, R"({"success":false,"error":"There is nothing at this address."})") << target;
+    }
+    for (const char* target : {machinePath, installPath, usagePath}) {
+        EXPECT_EQ(get(target).status, 405) << target;
+        EXPECT_EQ(get(target).allow, "POST") << target;
+    }
+    EXPECT_EQ(post("/", install).status, 405);
+    EXPECT_EQ(post("/", install).allow, "GET, HEAD");
+    EXPECT_EQ(website_.answerTo({"HEAD", "/", "", ""}).status, 200);
+}
 
-    for (const char* const target : {"/", "/detected-hardware/?hardware_id=1"}) {
-        for (const char* const method : {"POST", "PUT", "PATCH", "DELETE", "OPTIONS"}) {
-            const WebAnswer answer = website.answerTo({method, target, "application/json", machineJson});
-            EXPECT_EQ(answer.status, 405) << method << " " << target;
-            EXPECT_EQ(answer.allow, "GET, HEAD") << method << " " << target;
-            EXPECT_EQ(sentenceOf(answer), "This address takes GET, HEAD only.") << method << " " << target;
-        }
-        EXPECT_EQ(website.answerTo({"HEAD", target, "", ""}).status, 200) << target;
+TEST_F(Website, HasAPageForAMachineThatItDoesNotHave) {
+    post(machinePath, machine);
+    for (const char* query : {"", "?hardware_id", "?hardware_id=0", "?hardware_id=2", "?hardware_id=-1",
+                              "?hardware_id=1x", "?hardware_id=18446744073709551617", "?other_hardware_id=1"}) {
+        const WebAnswer page = get(std::string("/detected-hardware/") + query);
+        EXPECT_EQ(page.status, 404) << query;
+        EXPECT_NE(page.body.find("No machine is stored under this number."), std::string::npos) << query;
     }
 }
 
-TEST(Website, NamesNoMethodsWhereTheMethodWasRight) {
-    Website website;
-
-    EXPECT_EQ(saveMachine(website, machineJson).allow, "");
-    EXPECT_EQ(saveMachine(website, "{}").allow, "");
-    EXPECT_EQ(get(website, "/").allow, "");
-    EXPECT_EQ(get(website, "/favicon.ico").allow, "");
-}
-
-TEST(Website, GivesEachOfManyMachinesSentAtOnceAnIdOfItsOwn) {
-    constexpr int senders = 4;
-    constexpr int machinesEach = 50;
-    Website website;
-    std::vector<std::future<std::vector<std::string>>> answers;
-    for (int sender = 0; sender < senders; ++sender) {
-        answers.push_back(std::async(std::launch::async, [&website] {
-            std::vector<std::string> bodies;
-            for (int i = 0; i < machinesEach; ++i) bodies.push_back(saveMachine(website, machineJson).body);
-            return bodies;
-        }));
+TEST_F(Website, EscapesWhatItWasSent) {
+    const std::string text = R"(<b a='1' c=\"2\">&amp;)";
+    const std::string html = "&lt;b a=&#39;1&#39; c=&quot;2&quot;&gt;&amp;amp;";
+    std::string odd = machine;
+    for (const char* value : {"My PC", "macOS", "Apple M2 Pro", "Apple M2 Pro GPU", "LPDDR5", "SSD", "Metal 3"}) {
+        odd = replaced(odd, std::string("\"") + value + "\"", "\"" + text + "\"");
     }
-
-    std::set<std::int64_t> ids;
-    for (auto& sender : answers) {
-        for (const std::string& body : sender.get()) {
-            const std::optional<platform::JsonObject> object = platform::jsonObjectFrom(body);
-            ASSERT_TRUE(object && object->find("hardware_id") != nullptr) << body;
-            ids.insert(object->find("hardware_id")->asInteger().value_or(0));
-        }
+    EXPECT_EQ(post(machinePath, odd).status, 200);
+    post(usagePath, R"({"device_id":")" + text + R"(","date":")" + text + "\"}");
+    expectOn("/", {"1. " + html + "</a></th><td>" + html + "</td>", "<th scope=\"row\">" + html + "</th><td>" + html});
+    expectOn("/detected-hardware/?hardware_id=1", {"<title>" + html + "</title>", "<h1>" + html + "</h1>"});
+    for (const char* target : {"/", "/detected-hardware/?hardware_id=1"}) {
+        EXPECT_EQ(get(target).body.find("<b a"), std::string::npos) << target;
     }
-
-    EXPECT_EQ(ids.size(), 200U);
-    EXPECT_EQ(*ids.begin(), 1);
-    EXPECT_EQ(*ids.rbegin(), 200);
 }
 
 }  // namespace
