@@ -29,7 +29,10 @@ icon_packages=(librsvg2-bin icnsutils)
 
 package_packages=(dpkg-dev fakeroot)
 
-package_test_packages=(lintian desktop-file-utils appstream man-db debootstrap debian-archive-keyring xvfb xdotool x11-utils)
+package_test_packages=(
+    lintian desktop-file-utils appstream man-db debootstrap debian-archive-keyring xvfb xdotool x11-utils
+    at-spi2-core binutils procps qt6-wayland
+)
 
 mutate_packages=(python3)
 
@@ -54,4 +57,21 @@ prepare() {
 # configure ARGUMENT...: CMake's first step, silent unless it fails.
 configure() {
     cmake "$@" >build/configure.log 2>&1 || { cat build/configure.log >&2; exit 1; }
+}
+
+# mach_o_files FOLDER: the programs and libraries for macOS in it, a path a line.
+mach_o_files() {
+    find "$1" -type f | sort | while read -r file; do
+        case $(head -c 4 "$file" | od -An -tx1) in
+            ' cf fa ed fe' | ' ca fe ba be') echo "$file" ;; # For one processor, for several.
+        esac
+    done
+}
+
+# mount_image IMAGE FOLDER: opens a disk image at FOLDER/image until the script ends, and then removes FOLDER.
+mount_image() {
+    mounted=$2
+    mkdir -p "$mounted/image"
+    hdiutil attach -quiet -nobrowse -readonly -mountpoint "$mounted/image" "$1" || fail "$1 cannot be opened: make it again by scripts/package."
+    trap 'hdiutil detach -quiet "$mounted/image"; rm -rf "$mounted"' EXIT
 }
