@@ -10,7 +10,6 @@ import shutil
 import signal
 import subprocess
 import sys
-import threading
 from collections import Counter, defaultdict
 from pathlib import Path
 
@@ -23,7 +22,6 @@ NEAREST = {"platform/qt": "window", "platform/qt/widgets": "window", "platform/m
 # Tests that only wait for a minute or more, and repetitions beyond the first.
 LEFT_OUT = ["AfterAMinute", "MayTakeLongerThanTheInterval", "FourTimesFifty", "FiveTimesAHundred/RandomCases.*/[1-4]"]
 BUILD_SECONDS, FOLDER_SECONDS, TEST_SECONDS = 900, 1800, 150
-running, stopping = set(), threading.Event()
 
 
 def copy_where_different(source, target):
@@ -47,26 +45,18 @@ def draw(root, count, seed):
 
 def run(command, seconds, **environment):
     """Whether the command succeeded in that time, and what it printed. Its children end with it."""
-    if stopping.is_set():
-        return False, ""
     # A mistake may well ask for a log or a list without end.
     process = subprocess.Popen(["prlimit", f"--fsize={2**30}", f"--as={2**34}", *command], env=os.environ | environment,
                                text=True, errors="replace", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, start_new_session=True)
-    running.add(process)
     try:
         output, _ = process.communicate(timeout=seconds)
         return process.returncode == 0, output
     except subprocess.TimeoutExpired:
         return False, f"*** no end after {seconds} seconds"
     finally:
-        end(process)
-        running.discard(process)
-
-
-def end(process):
-    # By session: ninja and ctest give their children process groups of their own.
-    subprocess.run(["pkill", "-KILL", "--session", str(process.pid)], check=False)
+        # By session: ninja and ctest give their children process groups of their own.
+        subprocess.run(["pkill", "-KILL", "--session", str(process.pid)], check=False)
 
 
 def first_line_with(word, output):
@@ -82,21 +72,19 @@ class Workshop:
         # The last run may have been stopped in the middle of a mistake.
         shutil.copytree(sources, self.tree, dirs_exist_ok=True, copy_function=copy_where_different)
 
-    def prepare(self, failures=None):
-        """Builds everything; returns the tests that fail without a mistake, to be left out, if they are not known."""
+    def prepare(self):
+        """Builds everything, and leaves out from now on the tests that fail without a mistake."""
         if not self.ready.exists():
             for command in [["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
-                             "-DCMAKE_CXX_FLAGS_DEBUG=-O1"], ["cmake", "--build", self.build, "--parallel", "2"]]:
+                             "-DCMAKE_CXX_FLAGS_DEBUG=-O0"], ["cmake", "--build", self.build, "--parallel", "2"]]:
                 built, output = run(command, 10 * BUILD_SECONDS)
                 if not built:
                     sys.exit("Without a mistake: " + output[-3000:])
-            if failures is None:
-                failures = [name for tests in TESTS for name in re.findall(r"\d+ - (\S+) \(", self._test(tests)[1])]
-                print("Left out, since they fail without a mistake:", *failures, flush=True)
+            failures = [name for tests in TESTS for name in re.findall(r"\d+ - (\S+) \(", self._test(tests)[1])]
+            print("Left out, since they fail without a mistake:", *failures, flush=True)
             self.ready.write_text(json.dumps([{tests: self._programs(tests) for tests in TESTS}, failures]))
         self.unchanged, failures = json.loads(self.ready.read_text())
         self.left_out = LEFT_OUT + [re.escape(name) for name in failures]
-        return failures
 
     def _programs(self, tests):
         return {path.name: hashlib.sha1(path.read_bytes()).hexdigest() for path in (self.build / "tests" / tests).rglob("*")
@@ -165,43 +153,30 @@ def main():
     options.add_argument("root", type=Path)
     options.add_argument("--mistakes", type=int, default=300)
     options.add_argument("--seed", type=int, default=1)
-    options.add_argument("--at-once", type=int, default=1)
     asked = options.parse_args()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     folder = asked.root / "build/mutate"
     sources, kept = folder / "sources", folder / "results"
-    if not (folder / "0/build").exists():  # A run that goes on later goes on with the same sources.
+    if not (folder / "build").exists():  # A run that goes on later goes on with the same sources.
         shutil.copytree(asked.root, sources, dirs_exist_ok=True, ignore=lambda at, names: {"build", ".git"} & set(names))
     drawn = {mistake.where: mistake for mistake in draw(sources, asked.mistakes, asked.seed)}
     results = dict(json.loads(line) for line in kept.read_text().splitlines()) if kept.exists() else {}
-    to_try = iter([mistake for where, mistake in drawn.items() if where not in results])
-
-    def work(workshop):
-        for mistake in to_try:
-            outcome = workshop.outcome_of(mistake)
-            if stopping.is_set():
-                return  # Whatever was running has been ended.
-            results[mistake.where] = outcome
-            with kept.open("a") as file:
-                file.write(json.dumps([mistake.where, results[mistake.where]]) + "\n")
-            print(outcome[0], mistake.where, outcome[1], flush=True)
-
-    workshops = [Workshop(sources, folder / str(number)) for number in range(asked.at_once)]
-    threads = [threading.Thread(target=work, args=[workshop], daemon=True) for workshop in workshops]
+    workshop = Workshop(sources, folder)
     try:
-        failures = None
-        for workshop in workshops:
-            failures = workshop.prepare(failures)
-        [thread.start() for thread in threads]
-        [thread.join() for thread in threads]
+        workshop.prepare()
+        for where, mistake in drawn.items():
+            if where not in results:
+                results[where] = workshop.outcome_of(mistake)
+                with kept.open("a") as file:
+                    file.write(json.dumps([where, results[where]]) + "\n")
+                print(results[where][0], where, results[where][1], flush=True)
     finally:
-        stopping.set()
-        [end(process) for process in list(running)]
         (folder / "report").write_text(report(list(drawn), results))
     print((folder / "report").read_text())
-    for copy in [sources] + [folder / str(number) for number in range(asked.at_once)]:
+    for copy in [sources, workshop.tree, workshop.build]:
         shutil.rmtree(copy)
-    kept.unlink()
+    for file in [kept, workshop.ready]:
+        file.unlink()
 
 
 if __name__ == "__main__":
