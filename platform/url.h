@@ -13,7 +13,7 @@ class Url {
   public:
     // Absent when `text` is empty or breaks the grammar: a blank, a control or non-ASCII character, a "%" without two
     // hexadecimal digits, a scheme that begins with a digit, anything behind a host but a port of digits (which may be
-    // of any size, or none), a second "@" before it.
+    // of any size, or none), a second "@" before it, an IPv6 address with a zone.
     [[nodiscard]] static std::optional<Url> parse(std::string text);
 
     [[nodiscard]] const std::string& absoluteString() const { return text_; }

@@ -35,8 +35,8 @@ Authority authorityOf(std::string_view text, std::size_t schemeSize) {
     return authority;
 }
 
-// Some versions of the library accept what the grammar forbids: a second "#" (since 1.83), brackets in the query (in
-// 1.92), or anything that follows a host and is no port (before 1.83, which read it as the path).
+// Some versions of the library accept what others refuse: a second "#" (since 1.83), brackets in the query and a zone in
+// an IPv6 address (in 1.92), or anything that follows a host and is no port (before 1.83, which read it as the path).
 bool breaksTheGrammar(const std::string& text, const boost::urls::url_view& url, const Authority& authority) {
     const auto query = url.encoded_query();
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -44,6 +44,7 @@ bool breaksTheGrammar(const std::string& text, const boost::urls::url_view& url,
     return std::count(text.begin(), text.end(), '#') > 1 ||
            std::any_of(query.begin(), query.end(), [](char c) { return c == '[' || c == ']'; }) ||
            authority.user.find('@') != std::string_view::npos ||
+           (authority.host.starts_with('[') && authority.host.find('%') != std::string_view::npos) ||
            (!port.empty() && (port.front() != ':' || !std::all_of(port.begin() + 1, port.end(), isDigit)));
 }
 

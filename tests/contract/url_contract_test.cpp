@@ -83,6 +83,7 @@ TEST(Url, RefusesWhatBreaksTheGrammar) {
                              "http://u@h@i",
                              "http://h/?[x]",
                              "http://h/[x]",
+                             "http://[fe80::1%25en0]/",
                              "http://[::1"}) {
         EXPECT_FALSE(Url::parse(text)) << text;
     }
