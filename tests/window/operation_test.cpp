@@ -89,8 +89,11 @@ TEST_F(WindowOperation, APressRightAfterTheKeyThatEmptiesTheAddressSendsNothing)
 TEST_F(WindowOperation, APressRightAfterTheKeyThatFillsTheAddressSends) {
     show(record());
     field()->clear();
+    settle();
+    QAbstractButton* send = button("Send to Website");
+    ASSERT_FALSE(send->isEnabled());
     QTest::keyClick(field(), Qt::Key_X);
-    QTest::mouseClick(button("Send to Website"), Qt::LeftButton);
+    QTest::mouseClick(send, Qt::LeftButton);
     EXPECT_EQ(machine().background.size(), 1U);
 }
 
