@@ -15,7 +15,7 @@ desktop_packages=(ca-certificates fonts-dejavu-core fonts-noto-color-emoji xdg-u
 
 test_packages=(
     libgtest-dev libcpp-httplib-dev openssl
-    libatspi2.0-dev libxtst-dev at-spi2-core dbus-daemon xvfb xauth procps libxml2-utils
+    libatspi2.0-dev libxtst-dev at-spi2-core dbus-daemon xvfb procps libxml2-utils
     libwayland-dev qt6-wayland sway grim
 )
 
