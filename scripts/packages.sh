@@ -73,5 +73,9 @@ mount_image() {
     mounted=$2
     mkdir -p "$mounted/image"
     hdiutil attach -quiet -nobrowse -readonly -mountpoint "$mounted/image" "$1" || fail "$1 cannot be opened: make it again by scripts/package."
-    trap 'hdiutil detach -quiet "$mounted/image"; rm -rf "$mounted"' EXIT
+    trap close_image EXIT
+}
+close_image() {
+    hdiutil detach -quiet "$mounted/image"
+    rm -rf "$mounted"
 }
