@@ -62,8 +62,8 @@ configure() {
 # mach_o_files FOLDER: the programs and libraries for macOS in it, a path a line.
 mach_o_files() {
     find "$1" -type f | sort | while read -r file; do
-        case $(head -c 4 "$file" | od -An -tx1) in
-            ' cf fa ed fe' | ' ca fe ba be') echo "$file" ;; # For one processor, for several.
+        case $(head -c 4 "$file" | od -An -tx1 | tr -d ' \n') in # Systems differ in the blanks.
+            cffaedfe | cafebabe) echo "$file" ;; # For one processor, for several.
         esac
     done
 }
@@ -76,6 +76,6 @@ mount_image() {
     trap close_image EXIT
 }
 close_image() {
-    hdiutil detach -quiet "$mounted/image"
+    hdiutil detach -quiet -force "$mounted/image" # What has just ended may still count as using it.
     rm -rf "$mounted"
 }
