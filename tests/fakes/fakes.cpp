@@ -39,12 +39,16 @@ const struct JoinAtTheEnd {
     ~JoinAtTheEnd() { joinSession(); }
 } joinAtTheEnd;
 
-void runAll(std::vector<platform::Work> Machine::*queue) {
-    while (!(machine().*queue).empty()) {
-        const platform::Work work = std::move((machine().*queue).front());
-        (machine().*queue).erase((machine().*queue).begin());
-        work();
-    }
+std::optional<platform::Work> next(std::vector<platform::Work>& queue) {
+    const std::lock_guard lock(mutex);
+    if (queue.empty()) return std::nullopt;
+    platform::Work work = std::move(queue.front());
+    queue.erase(queue.begin());
+    return work;
+}
+
+void runAll(std::vector<platform::Work>& queue) {
+    while (const auto work = next(queue)) (*work)();
 }
 
 }  // namespace
@@ -69,10 +73,10 @@ void reset() {
     machine() = Machine();
 }
 
-void runMainQueue() { runAll(&Machine::mainQueue); }
+void runMainQueue() { runAll(machine().mainQueue); }
 
 void runBackground() {
-    std::thread([] { runAll(&Machine::background); }).join();
+    std::thread([] { runAll(machine().background); }).join();
 }
 
 }  // namespace fakes
@@ -84,6 +88,7 @@ using fakes::machine;
 std::optional<std::string> standardOutputOf(const std::string& path, std::span<const std::string> arguments) {
     std::string commandLine = path;
     for (const std::string& argument : arguments) commandLine += " " + argument;
+    const std::lock_guard lock(fakes::mutex);
     machine().commandsRun.push_back(commandLine);
     const auto output = machine().commands.find(commandLine);
     if (output == machine().commands.end()) return std::nullopt;
@@ -101,6 +106,7 @@ void httpSession::start(HttpRequest request, HttpCompletionHandler completionHan
 }
 
 bool openInBrowser(const Url& url) {
+    if (url.scheme().empty()) return false;
     machine().pagesAsked.push_back(url.absoluteString());
     fakes::happened("open " + url.absoluteString());
     return machine().opensPages;
@@ -111,11 +117,16 @@ void application::run(const WindowGroup&) { std::abort(); }
 void application::terminate() { ++machine().terminations; }
 
 std::optional<std::string> platformUuid() {
+    const std::lock_guard lock(fakes::mutex);
     ++machine().registryQueries;
     return machine().platformUuid;
 }
 
-std::string randomUuid() { return "RANDOM-" + std::to_string(++machine().randomUuids); }
+std::string randomUuid() {
+    const std::lock_guard lock(fakes::mutex);
+    std::string number = std::to_string(++machine().randomUuids);
+    return "00000000-0000-4000-8000-" + std::string(12 - number.size(), '0') + number;
+}
 
 std::optional<std::string> userDefaults::string(const std::string& key) {
     const std::lock_guard lock(fakes::mutex);
@@ -134,6 +145,7 @@ void userDefaults::setString(const std::string& key, const std::string& value) {
 void userDefaults::setBool(const std::string& key, bool value) { setString(key, value ? "1" : "0"); }
 
 std::string currentDate(const std::string& pattern) {
+    const std::lock_guard lock(fakes::mutex);
     machine().datePatterns.push_back(pattern);
     std::vector<std::string>& dates = machine().dates;
     const std::string date = dates.front();
@@ -152,7 +164,10 @@ void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
     machine().delayed.emplace_back(delay, std::move(work));
 }
 
-void userInitiatedQueue::async(Work work) { machine().background.push_back(std::move(work)); }
+void userInitiatedQueue::async(Work work) {
+    const std::lock_guard lock(fakes::mutex);
+    machine().background.push_back(std::move(work));
+}
 
 void beginLog() {}
 

@@ -1,4 +1,4 @@
-// Scripted back ends of the platform headers: what they are asked is kept, what they answer is the test's to say.
+// Fakes of the platform's services: they keep what they are asked, and the test says what they answer.
 #pragma once
 
 #include <chrono>
@@ -44,7 +44,7 @@ struct Machine {
     // device_registry.h and uuid.h
     std::optional<std::string> platformUuid = "PLATFORM-UUID";
     int registryQueries = 0;
-    int randomUuids = 0;  // RANDOM-1, RANDOM-2, ...
+    int randomUuids = 0;  // 00000000-0000-4000-8000-000000000001, ...000002
 
     // user_defaults.h: everything as text.
     std::map<std::string, std::string> defaults;

@@ -8,6 +8,7 @@ namespace {
 using fakes::machine;
 
 constexpr const char* key = "com.velmora.device_id";
+constexpr const char* firstRandomUuid = "00000000-0000-4000-8000-000000000001";
 
 class DeviceIdentity : public testing::Test {
   protected:
@@ -41,17 +42,17 @@ TEST_F(DeviceIdentity, IsTheEmptyTextWhenThatIsStored) {
 
 TEST_F(DeviceIdentity, IsARandomUuidKeptForGoodWhenTheMachineDoesNotTell) {
     machine().platformUuid = std::nullopt;
-    EXPECT_EQ(AppTracker::getDeviceId(), "RANDOM-1");
-    EXPECT_EQ(machine().defaults[key], "RANDOM-1");
-    EXPECT_EQ(AppTracker::getDeviceId(), "RANDOM-1");
+    EXPECT_EQ(AppTracker::getDeviceId(), firstRandomUuid);
+    EXPECT_EQ(machine().defaults[key], firstRandomUuid);
+    EXPECT_EQ(AppTracker::getDeviceId(), firstRandomUuid);
 }
 
 // Another start of the program may store an id of its own between the look and the store.
 TEST_F(DeviceIdentity, IsTheVeryIdThatItStores) {
     machine().platformUuid = std::nullopt;
     machine().beforeStore = [] { machine().defaults[key] = "ANOTHER"; };
-    EXPECT_EQ(AppTracker::getDeviceId(), "RANDOM-1");
-    EXPECT_EQ(machine().defaults[key], "RANDOM-1");
+    EXPECT_EQ(AppTracker::getDeviceId(), firstRandomUuid);
+    EXPECT_EQ(machine().defaults[key], firstRandomUuid);
 }
 
 TEST_F(DeviceIdentity, IsTheSameAfterTheStoreWasClearedOnAMachineThatTells) {
