@@ -1,6 +1,9 @@
 // The program on a Wayland desktop, where the window system tells a program less and does more by itself than on X11.
 #include <linux/input-event-codes.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <future>
 
@@ -45,6 +48,20 @@ bool waitUntilActive(const AccessibleProgram& window) {
     return waitFor([&] { return window.focused().has_value(); });
 }
 
+// The width of the largest picture that the program has handed to the desktop, in pixels. With WAYLAND_DEBUG its
+// requests stand on standard error: create_buffer(new id, offset, width, height, ...).
+int widthOfTheLargestBuffer(const Program& program) {
+    const std::string requests = program.bytes(Stream::error);
+    const std::string request = ".create_buffer(";
+    int largest = 0;
+    for (std::size_t at = requests.find(request); at != std::string::npos; at = requests.find(request, at + 1)) {
+        int width = 0;
+        std::sscanf(requests.c_str() + at, ".create_buffer(new id %*[^,], %*d, %d", &width);
+        largest = std::max(largest, width);
+    }
+    return largest;
+}
+
 class WaylandAtScale : public Wayland, public testing::WithParamInterface<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Scales, WaylandAtScale, testing::Values("1", "1.5", "2"), [](const auto& scale) {
     std::string name = scale.param;
@@ -53,10 +70,13 @@ INSTANTIATE_TEST_SUITE_P(Scales, WaylandAtScale, testing::Values("1", "1.5", "2"
 });
 
 TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
-    const WaylandDesktop desktop(std::stod(GetParam()));
+    const double scale = std::stod(GetParam());
+    const WaylandDesktop desktop(scale);
     ASSERT_EQ(desktop.failure(), std::nullopt);
     const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
-    Program program(settingOn(desktop));
+    Program::Setting talkative = settingOn(desktop);
+    talkative.environment["WAYLAND_DEBUG"] = "1";
+    Program program(talkative);
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
 
@@ -65,6 +85,11 @@ TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
     EXPECT_EQ(shown->width, 600);
     EXPECT_EQ(shown->height, 500);
     EXPECT_FALSE(shown->hasTitleBar);
+    // Before Qt 6.5 it is the next whole scale.
+    EXPECT_TRUE(waitFor([&] {
+        const int width = widthOfTheLargestBuffer(program);
+        return width == 600 * scale || width == 600 * std::ceil(scale);
+    })) << widthOfTheLargestBuffer(program);
 
     ASSERT_TRUE(press(window, "Detect Hardware"));
     ASSERT_TRUE(shows(window, "Hardware detected successfully!")) << window.tree();
