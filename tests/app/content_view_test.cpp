@@ -79,7 +79,7 @@ TEST_F(ContentViewFlows, ADetectionEndsWithTheRecordAndTheSuccessBanner) {
     EXPECT_EQ(view_.statusType.get(), StatusType::success);
 }
 
-TEST_F(ContentViewFlows, TheCommandsRunInTheBackgroundBeforeTheMainQueueHearsOfThem) {
+TEST_F(ContentViewFlows, TheCommandsRunInTheBackground) {
     view_.detectHardware();
     fakes::runMainQueue();
     EXPECT_TRUE(machine().commandsRun.empty());
@@ -89,7 +89,7 @@ TEST_F(ContentViewFlows, TheCommandsRunInTheBackgroundBeforeTheMainQueueHearsOfT
     EXPECT_EQ(machine().commandsRun.size(), 4U);
 }
 
-TEST_F(ContentViewFlows, ADetectionOfNothingButFallbacksIsASuccessToo) {
+TEST_F(ContentViewFlows, ADetectionWithFallbacksOnlyIsASuccess) {
     view_.detectHardware();
     finish();
     EXPECT_EQ(view_.detectedHardware.get()->processor, "Unknown");
@@ -156,7 +156,7 @@ TEST_F(ContentViewFlows, TheAddressIsReadWhenTheWorkStarts) {
     EXPECT_EQ(machine().requests.at(0).url.absoluteString(), "http://typed-meanwhile.example/save-detected-hardware/");
 }
 
-TEST_F(ContentViewFlows, TheRecordSentIsTheOneOfThePress) {
+TEST_F(ContentViewFlows, SendsTheRecordOfThePress) {
     view_.detectedHardware.set(record("first"));
     view_.sendToWebsite();
     view_.detectedHardware.set(record("second"));
@@ -208,7 +208,7 @@ TEST_F(ContentViewFlows, ASecondSuccessSchedulesAQuitOfItsOwn) {
     EXPECT_EQ(machine().terminations, 1);
 }
 
-TEST_F(ContentViewFlows, WhereADetectionAndASubmissionOverlapTheLastOneToEndHasTheBanner) {
+TEST_F(ContentViewFlows, TheBannerIsOfTheDetectionOrSubmissionThatEndsLast) {
     view_.detectedHardware.set(record("old"));
     view_.detectHardware();
     view_.sendToWebsite();
@@ -225,17 +225,6 @@ TEST_F(ContentViewFlows, WhereADetectionAndASubmissionOverlapTheLastOneToEndHasT
     EXPECT_EQ(view_.statusMessage.get(), "Error: Failed to send hardware data. Check the console for details.");
     EXPECT_EQ(view_.statusType.get(), StatusType::error);
     EXPECT_EQ(view_.detectedHardware.get()->processor, "Unknown");
-}
-
-TEST_F(ContentViewFlows, ADetectionAndASubmissionMayOverlap) {
-    view_.detectedHardware.set(record("old"));
-    view_.sendToWebsite();
-    view_.detectHardware();
-    EXPECT_TRUE(view_.isSending.get());
-    EXPECT_TRUE(view_.isDetecting.get());
-    finish();
-    EXPECT_EQ(view_.detectedHardware.get()->processor, "Unknown");
-    EXPECT_NE(machine().requests.at(0).body.find("old"), std::string::npos);
 }
 
 }  // namespace

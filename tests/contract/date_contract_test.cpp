@@ -2,41 +2,50 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <ctime>
 
 #include "tests/support/shell.h"
 
 namespace {
 
+using testSupport::quoted;
 using testSupport::shell;
 
-// The date as a process of these settings has it, and what it has to be by the C library's clock. Asked until no
-// midnight lies between the two.
-struct Dates {
-    std::string shown;
-    std::tm today{};
-};
-
-Dates datesWith(const std::string& settings, const std::string& zone) {
-    const auto today = [&zone] {
-        const std::string day = shell("TZ=" + zone + " date +%Y-%m-%d").output;
-        std::tm parts{};
-        strptime(day.c_str(), "%Y-%m-%d", &parts);
-        return parts;
-    };
-    for (;;) {
-        const std::tm before = today();
-        const std::string shown =
-            shell("env -u LC_ALL -u LC_TIME -u LANG " + settings + " TZ=" + zone + " " CHILD_PATH " yyyy-MM-dd").output;
-        const std::tm after = today();
-        if (before.tm_yday == after.tm_yday) return {shown.substr(0, shown.size() - 1), after};
-    }
+std::tm localNow() {
+    tzset();
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    localtime_r(&now, &parts);
+    return parts;
 }
 
-std::string written(int year, const std::tm& day) {
+std::string written(const std::tm& moment, const char* format) {
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02d-%02d", year, day.tm_mon + 1, day.tm_mday);
-    return text.data();
+    return {text.data(), std::strftime(text.data(), text.size(), format, &moment)};
+}
+
+std::string shown(const std::string& settings, const std::string& pattern) {
+    std::string text =
+        shell("env -u LC_ALL -u LC_TIME -u LANG " + settings + " " CHILD_PATH " " + quoted(pattern)).output;
+    if (!text.empty()) text.pop_back();
+    return text;
+}
+
+// What a process of these settings shows, and the hour of it by the C library's clock. Asked until no full hour lies
+// between the two.
+struct Shown {
+    std::string text;
+    std::tm now{};
+};
+
+Shown shownAt(const std::string& settings, const std::string& pattern) {
+    for (;;) {
+        const std::tm before = localNow();
+        const std::string text = shown(settings, pattern);
+        const std::tm after = localNow();
+        if (before.tm_yday == after.tm_yday && before.tm_hour == after.tm_hour) return {text, after};
+    }
 }
 
 std::string inDigits(const std::string& text, const std::array<const char*, 10>& digits) {
@@ -48,69 +57,109 @@ std::string inDigits(const std::string& text, const std::array<const char*, 10>&
 }
 
 constexpr std::array<const char*, 10> arabic = {"٠", "١", "٢", "٣", "٤", "٥", "٦", "٧", "٨", "٩"};
+constexpr std::array<const char*, 10> persian = {"۰", "۱", "۲", "۳", "۴", "۵", "۶", "۷", "۸", "۹"};
 
-struct Locale {
-    const char* name;
-    const char* settings;
+TEST(DateOfALocale, IsTheGregorianDayInLatinDigitsAlmostEverywhere) {
+    for (const char* settings : {"", "LC_ALL=C", "LC_ALL=C.UTF-8", "LANG=en_US.UTF-8", "LC_TIME=ja_JP.UTF-8",
+                                 "LC_ALL=ar_AE.UTF-8", "LC_ALL=xx_YY"}) {
+        const Shown date = shownAt(settings, "yyyy-MM-dd");
+        EXPECT_EQ(date.text, written(date.now, "%Y-%m-%d")) << settings;
+    }
+}
+
+TEST(DateOfALocale, Is543YearsAheadInThailand) {
+    for (const char* settings : {"LC_ALL=th_TH.UTF-8", "LC_ALL=en_TH.UTF-8"}) {
+        Shown date = shownAt(settings, "yyyy-MM-dd");
+        date.now.tm_year += 543;
+        EXPECT_EQ(date.text, written(date.now, "%Y-%m-%d")) << settings;
+    }
+}
+
+TEST(DateOfALocale, HasArabicDigitsInEgypt) {
+    const Shown date = shownAt("LC_ALL=ar_EG.UTF-8", "yyyy-MM-dd");
+    EXPECT_EQ(date.text, inDigits(written(date.now, "%Y-%m-%d"), arabic));
+}
+
+TEST(DateOfALocale, IsThePersianYearInPersianDigitsInIran) {
+    const Shown year = shownAt("LC_ALL=fa_IR.UTF-8", "yyyy");
+    const int gregorian = year.now.tm_year + 1900;
+    EXPECT_TRUE(year.text == inDigits(std::to_string(gregorian - 621), persian) ||
+                year.text == inDigits(std::to_string(gregorian - 622), persian))
+        << year.text;
+}
+
+TEST(DateOfALocale, IsTheOneOfTheFirstVariableThatIsNotEmpty) {
+    // Thailand counts its years from 543 years earlier than England.
+    constexpr const char* thai = "th_TH.UTF-8";
+    constexpr const char* english = "en_GB.UTF-8";
+    struct Settings {
+        const char* all;
+        const char* time;
+        const char* language;
+        bool isThai;
+    };
+    for (const Settings& settings : {
+             Settings{thai, english, english, true},
+             Settings{english, thai, thai, false},
+             Settings{"", thai, english, true},
+             Settings{"", english, thai, false},
+             Settings{"", "", thai, true},
+             Settings{"", "", english, false},
+             Settings{"", "", "", false},
+         }) {
+        const std::string variables = std::string("LC_ALL=") + settings.all + " LC_TIME=" + settings.time +
+                                      " LANG=" + settings.language + " LANGUAGE=th LC_MESSAGES=" + thai;
+        const int year = std::stoi(shown(variables, "yyyy"));
+        EXPECT_EQ(year > 2500, settings.isThai) << variables << ": " << year;
+    }
+}
+
+TEST(DateOfALocale, MayNameTheCalendarItself) {
+    EXPECT_GT(std::stoi(shown("LC_ALL=en_US.UTF-8@calendar=buddhist", "yyyy")), 2500);
+    EXPECT_LT(std::stoi(shown("LC_ALL=th_TH.UTF-8@calendar=gregorian", "yyyy")), 2500);
+}
+
+class DateOfAZone : public testing::Test {
+  protected:
+    ~DateOfAZone() override {
+        unsetenv("TZ");
+        tzset();
+    }
+
+    static void expectTheLocalHourIn(const std::string& zone) {
+        setenv("TZ", zone.c_str(), 1);
+        const Shown hour = shownAt("LC_ALL=C", "yyyy-MM-dd HH");
+        EXPECT_EQ(hour.text, written(hour.now, "%Y-%m-%d %H")) << "TZ=" << zone;
+    }
 };
 
-std::string nameOf(const testing::TestParamInfo<Locale>& info) { return info.param.name; }
-
-class GregorianDate : public testing::TestWithParam<Locale> {};
-
-TEST_P(GregorianDate, IsTheLocalDayInLatinDigits) {
-    const Dates dates = datesWith(GetParam().settings, "UTC");
-    EXPECT_EQ(dates.shown, written(dates.today.tm_year + 1900, dates.today));
+TEST_F(DateOfAZone, IsTheLocalOneOnBothSidesOfMidnight) {
+    // Wherever the sun stands, midnight lies between two of these.
+    for (int hoursWest = -14; hoursWest <= 12; ++hoursWest) {
+        expectTheLocalHourIn((hoursWest < 0 ? "Etc/GMT" : "Etc/GMT+") + std::to_string(hoursWest));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Date, GregorianDate,
-                         testing::Values(Locale{"WithoutAnySetting", ""}, Locale{"C", "LC_ALL=C"},
-                                         Locale{"CInUtf8", "LC_ALL=C.UTF-8"}, Locale{"English", "LANG=en_US.UTF-8"},
-                                         Locale{"Japanese", "LC_TIME=ja_JP.UTF-8"},
-                                         Locale{"ArabicOfTheEmirates", "LC_ALL=ar_AE.UTF-8"},
-                                         Locale{"Nonsense", "LC_ALL=xx_YY"},
-                                         Locale{"EmptyAllThenEnglish", "LC_ALL= LANG=en_GB.UTF-8"},
-                                         Locale{"DatesBeforeLanguage", "LC_TIME=en_US.UTF-8 LANG=th_TH.UTF-8"}),
-                         nameOf);
-
-class BuddhistDate : public testing::TestWithParam<Locale> {};
-
-TEST_P(BuddhistDate, Is543YearsAhead) {
-    const Dates dates = datesWith(GetParam().settings, "UTC");
-    EXPECT_EQ(dates.shown, written(dates.today.tm_year + 1900 + 543, dates.today));
+TEST_F(DateOfAZone, KnowsPartsOfAnHourAndSummerTime) {
+    for (const char* zone : {"Asia/Kolkata", "Asia/Kathmandu", "Pacific/Chatham", "Australia/Lord_Howe",
+                             "America/St_Johns", "Europe/Berlin", "America/New_York", "America/Santiago"}) {
+        expectTheLocalHourIn(zone);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Date, BuddhistDate,
-                         testing::Values(Locale{"ByAll", "LC_ALL=th_TH.UTF-8"},
-                                         Locale{"ByTime", "LC_TIME=th_TH.UTF-8 LANG=en_US.UTF-8"},
-                                         Locale{"ByLanguage", "LANG=th_TH.UTF-8"},
-                                         Locale{"ByRegionAlone", "LC_ALL=en_TH.UTF-8"},
-                                         Locale{"AllBeforeTime", "LC_ALL=th_TH.UTF-8 LC_TIME=en_US.UTF-8"},
-                                         Locale{"NotByMessages", "LC_ALL= LC_MESSAGES=en_US.UTF-8 LANG=th_TH.UTF-8"}),
-                         nameOf);
-
-TEST(Date, HasArabicDigitsInEgypt) {
-    const Dates dates = datesWith("LC_ALL=ar_EG.UTF-8", "UTC");
-    EXPECT_EQ(dates.shown, inDigits(written(dates.today.tm_year + 1900, dates.today), arabic));
-}
-
-TEST(Date, IsThePersianYearInIran) {
-    const Dates dates = datesWith("LC_ALL=en_IR.UTF-8", "UTC");
-    const int year = std::stoi(dates.shown.substr(0, 4));
-    EXPECT_TRUE(year == dates.today.tm_year + 1900 - 621 || year == dates.today.tm_year + 1900 - 622) << dates.shown;
-}
-
-TEST(Date, IsTheDayOfTheUsersTimeZone) {
-    const Dates east = datesWith("LC_ALL=C", "Pacific/Kiritimati");  // 14 hours ahead of UTC
-    const Dates west = datesWith("LC_ALL=C", "Pacific/Pago_Pago");   // 11 hours behind: always another day
-    EXPECT_EQ(east.shown, written(east.today.tm_year + 1900, east.today));
-    EXPECT_EQ(west.shown, written(west.today.tm_year + 1900, west.today));
-    EXPECT_NE(east.shown, west.shown);
+TEST_F(DateOfAZone, MayBeAFileOrItsRulesOrNone) {
+    for (const char* zone : {":Pacific/Kiritimati", "/usr/share/zoneinfo/Pacific/Kiritimati", "UTC", "GMT", "",
+                             "IST-5:30", "<+1345>-13:45", "CET-1CEST,M3.5.0,M10.5.0/3"}) {
+        expectTheLocalHourIn(zone);
+    }
+    unsetenv("TZ");
+    const Shown hour = shownAt("LC_ALL=C", "yyyy-MM-dd HH");
+    EXPECT_EQ(hour.text, written(hour.now, "%Y-%m-%d %H")) << "no zone";
 }
 
 TEST(Date, FollowsThePattern) {
-    EXPECT_EQ(shell("LC_ALL=C TZ=UTC " CHILD_PATH " \"'a'yyyy'b'\"").output.size(), 7U);
-    EXPECT_EQ(shell("LC_ALL=C " CHILD_PATH " ''").output, "\n");
+    EXPECT_EQ(shown("LC_ALL=C", "'a'yyyy'b'").size(), 6U);
+    EXPECT_EQ(shown("LC_ALL=C", ""), "");
 }
 
 TEST(Date, ReadsTheClockAtEachCall) {

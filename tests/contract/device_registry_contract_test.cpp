@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <regex>
 
 #include "tests/support/own_mounts.h"
 #include "tests/support/shell.h"
@@ -45,12 +44,6 @@ constexpr const char* identifier = "0123456789abcdef0123456789abcdef";
 // HMAC-SHA256 of the program's id by that key, computed apart from this program and marked as version 4.
 constexpr const char* uuidOfIt = "CEF4BC65-65F6-45C6-B217-BD96DF4D8B51\n";
 
-TEST_F(MachineIdFile, MakesAUuidInCanonicalUpperCase) {
-    const std::string uuid = uuidOn(std::string(identifier) + "\n");
-    const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}\n");
-    EXPECT_TRUE(std::regex_match(uuid, form)) << uuid;
-}
-
 TEST_F(MachineIdFile, AlwaysMakesTheSameUuid) {
     // Another value would make every machine a new one.
     EXPECT_EQ(uuidOn(std::string(identifier) + "\n"), uuidOfIt);
@@ -82,7 +75,7 @@ TEST_F(MachineIdFile, ThatIsAFolderMeansNoUuid) {
     EXPECT_EQ(uuid(), "none\n");
 }
 
-TEST_F(MachineIdFile, ThatLeadsNowhereMeansNoUuid) {
+TEST_F(MachineIdFile, ThatIsABrokenLinkMeansNoUuid) {
     std::filesystem::create_symlink("missing", file());
     EXPECT_EQ(uuid(), "none\n");
 }
@@ -104,7 +97,5 @@ TEST_F(MachineIdFile, IsAllThatTheUuidDependsOn) {
     setenv("USER", "somebody", 1);
     EXPECT_EQ(uuid(), before);
 }
-
-TEST(DeviceRegistry, SaysTheSameAtEachCall) { EXPECT_EQ(platform::platformUuid(), platform::platformUuid()); }
 
 }  // namespace

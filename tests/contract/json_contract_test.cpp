@@ -69,7 +69,7 @@ TEST(Json, OnlyAStringIsAString) {
     EXPECT_EQ(member("42").asString(), nullptr);
 }
 
-TEST(Json, OfTwoMembersOfOneNameTheFirstCounts) {
+TEST(Json, TheFirstOfTwoMembersOfOneNameCounts) {
     EXPECT_EQ(jsonObjectFrom(R"({"a":1,"\u0061":2})")->find("a")->asInteger(), 1);
 }
 
@@ -182,7 +182,7 @@ TEST(Json, EscapesQuotesBackslashesAndControlCharactersOnly) {
               "{\"a\":\"\\\"\\\\\\b\\f\\n\\r\\t\\u0001 \u00E9\u2028\U0001F50D\"}");
 }
 
-TEST(Json, CannotWriteBrokenTextOrNumbersThatAreNone) {
+TEST(Json, CannotWriteBrokenTextOrInfiniteNumbers) {
     EXPECT_EQ(jsonDataFrom({{"a", "\xFF"}}), std::nullopt);
     EXPECT_EQ(jsonDataFrom({{"\xFF", "a"}}), std::nullopt);
     EXPECT_EQ(jsonDataFrom({{"a", JsonValue::Content(std::numeric_limits<double>::infinity())}}), std::nullopt);

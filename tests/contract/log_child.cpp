@@ -1,7 +1,7 @@
 // Logs what its first argument says; its standard streams are the test's.
 #include "platform/log.h"
 
-#include <sys/wait.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -14,11 +14,14 @@ using platform::log;
 
 namespace {
 
-void logFromThreads() {
+void logLongAndShortLinesFromThreads() {
     std::vector<std::thread> threads;
-    for (const char letter : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
+    for (const char letter : {'a', 'b', 'c', 'd'}) {
         threads.emplace_back([letter] {
-            for (int line = 0; line < 50; ++line) log(std::string(10'000, letter));
+            for (int line = 0; line < 5; ++line) {
+                log(std::string(200'000, letter));
+                log(std::string(1, letter));
+            }
         });
     }
     for (std::thread& thread : threads) thread.join();
@@ -39,14 +42,24 @@ int main(int, char** argv) {
         log("\x1B[2J\r", "\x7F \t \xC2\x9B \xC3\xA9");
     } else if (what == "line-endings") {
         log("CR LF\r\n", "LF\nCR\rLF CR\n\r");
-    } else if (what == "threads") {
-        logFromThreads();
+    } else if (what == "long-and-short") {
+        logLongAndShortLinesFromThreads();
     } else if (what == "strangers") {
         std::printf("printed\n");
         std::fflush(stdout);
         if (write(STDOUT_FILENO, "written\n", 8) != 8) return 1;
         if (std::system("echo a child") != 0) return 1;
         log("logged");
+    } else if (what == "beside-a-file") {
+        if (open(argv[2], O_WRONLY | O_CREAT, 0600) < 0) return 1;
+        for (int line = 0; line < 3; ++line) log("logged");
+    } else if (what == "with-a-child") {
+        log("logged");
+        return std::system("ls -l /proc/self/fd >&2");
+    } else if (what == "until-there-is-room") {
+        log("lost");
+        if (unlink(argv[2]) != 0) return 1;
+        log("kept");
     } else {
         for (int line = 0; line < 1'000; ++line) log("a line that nobody reads");
     }

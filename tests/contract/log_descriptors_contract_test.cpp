@@ -34,7 +34,7 @@ TEST(LogDescriptors, AFileOpenedInAMissingDescriptorsPlaceGetsNoLine) {
     }
 }
 
-TEST(LogDescriptors, AChildOfTheProcessHasNoneOfTheLog) {
+TEST(LogDescriptors, AChildDoesNotInheritTheLog) {
     const testSupport::TemporaryFolder folder;
     const std::filesystem::path log = folder.path() / "log";
     const std::filesystem::path error = folder.path() / "error";
@@ -46,7 +46,7 @@ TEST(LogDescriptors, AChildOfTheProcessHasNoneOfTheLog) {
     EXPECT_EQ(descriptorsOfTheChild.find(" -> " + log.string() + "\n"), std::string::npos) << descriptorsOfTheChild;
 }
 
-TEST(LogDescriptors, ALineThatFoundNoRoomDoesNotTurnUpLater) {
+TEST(LogDescriptors, ALineLostOnAFullDiskIsNotWrittenLater) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     const testSupport::TemporaryFolder folder;
     // A disk of four pages, all of them taken until the child removes the file that takes them.

@@ -12,34 +12,24 @@
 #include <fstream>
 #include <thread>
 
+#include "tests/support/shell.h"
+
 namespace {
 
 using platform::standardOutputOf;
+using testSupport::TemporaryFolder;
 
 std::optional<std::string> shell(const std::string& text) {
     const std::string arguments[] = {"-c", text};
     return standardOutputOf("/bin/sh", arguments);
 }
 
-class Folder {
-  public:
-    Folder() {
-        std::string name = std::filesystem::temp_directory_path() / "process-contract-XXXXXX";
-        path_ = mkdtemp(name.data());
-    }
-    ~Folder() { std::filesystem::remove_all(path_); }
-
-    [[nodiscard]] std::string file(const std::string& text, unsigned mode) const {
-        const std::filesystem::path file = path_ / "command";
-        std::ofstream(file) << text;
-        chmod(file.c_str(), mode);
-        return file;
-    }
-    [[nodiscard]] std::string path() const { return path_; }
-
-  private:
-    std::filesystem::path path_;
-};
+std::string commandIn(const TemporaryFolder& folder, const std::string& text, unsigned mode) {
+    const std::filesystem::path file = folder.path() / "command";
+    std::ofstream(file) << text;
+    chmod(file.c_str(), mode);
+    return file;
+}
 
 TEST(Process, GivesTheWholeOutputHeaderAndLastLineBreakIncluded) {
     const std::string arguments[] = {"-h", "/"};
@@ -51,16 +41,16 @@ TEST(Process, GivesTheWholeOutputHeaderAndLastLineBreakIncluded) {
 
 TEST(Process, AMissingFileIsAbsent) { EXPECT_EQ(standardOutputOf("/nowhere/at/all", {}), std::nullopt); }
 
-TEST(Process, ADirectoryIsAbsent) { EXPECT_EQ(standardOutputOf(Folder().path(), {}), std::nullopt); }
+TEST(Process, ADirectoryIsAbsent) { EXPECT_EQ(standardOutputOf(TemporaryFolder().path(), {}), std::nullopt); }
 
 TEST(Process, AFileThatIsNotExecutableIsAbsent) {
-    const Folder folder;
-    EXPECT_EQ(standardOutputOf(folder.file("#!/bin/sh\necho x\n", 0644), {}), std::nullopt);
+    const TemporaryFolder folder;
+    EXPECT_EQ(standardOutputOf(commandIn(folder, "#!/bin/sh\necho x\n", 0644), {}), std::nullopt);
 }
 
 TEST(Process, AScriptThatNamesNoInterpreterIsAbsent) {
-    const Folder folder;
-    EXPECT_EQ(standardOutputOf(folder.file("echo x\n", 0755), {}), std::nullopt);
+    const TemporaryFolder folder;
+    EXPECT_EQ(standardOutputOf(commandIn(folder, "echo x\n", 0755), {}), std::nullopt);
 }
 
 TEST(Process, NoNameIsLookedForInThePath) { EXPECT_EQ(standardOutputOf("sh", {}), std::nullopt); }
@@ -71,7 +61,7 @@ TEST(Process, WhatWasPrintedBeforeASignalCounts) { EXPECT_EQ(shell("echo line; k
 
 TEST(Process, ACommandThatPrintsOnStandardErrorOnlyGivesTheEmptyText) { EXPECT_EQ(shell("echo x >&2"), ""); }
 
-TEST(Process, AMegabyteOnStandardErrorStopsNobody) {
+TEST(Process, AMegabyteOnStandardErrorDoesNotBlock) {
     EXPECT_EQ(shell("head -c 1048576 /dev/zero >&2; echo done"), "done\n");
 }
 
@@ -84,9 +74,9 @@ TEST(Process, AnOutputThatJustFitsThePipeIsGivenWhole) {
 }
 
 TEST(Process, ArgumentsArriveOneByOneAndUntouched) {
-    const Folder folder;
+    const TemporaryFolder folder;
     const std::string arguments[] = {"", "a b", "\"quoted\" '$HOME' *", "-n"};
-    EXPECT_EQ(standardOutputOf(folder.file("#!/bin/sh\nprintf '[%s]' \"$@\"\n", 0755), arguments),
+    EXPECT_EQ(standardOutputOf(commandIn(folder, "#!/bin/sh\nprintf '[%s]' \"$@\"\n", 0755), arguments),
               "[][a b][\"quoted\" '$HOME' *][-n]");
 }
 
@@ -96,8 +86,8 @@ TEST(Process, TheChildInheritsEnvironmentAndWorkingDirectory) {
 }
 
 TEST(Process, TheChildInheritsStandardInput) {
-    const Folder folder;
-    const int input = open(folder.file("typed\n", 0600).c_str(), O_RDONLY);
+    const TemporaryFolder folder;
+    const int input = open(commandIn(folder, "typed\n", 0600).c_str(), O_RDONLY);
     const int before = dup(STDIN_FILENO);
     ASSERT_EQ(dup2(input, STDIN_FILENO), STDIN_FILENO);
     EXPECT_EQ(shell("cat"), "typed\n");
@@ -128,7 +118,7 @@ TEST(Process, TheChildIsAProcessGroupOfItsOwn) {
     EXPECT_EQ(shell("test $(ps -o pgid= -p $$) = $$ && echo own"), "own\n");
 }
 
-TEST(Process, TheChildHasItsSignalsAsAFreshProgram) {
+TEST(Process, TheChildHasDefaultSignals) {
     std::signal(SIGPIPE, SIG_IGN);
     EXPECT_EQ(shell("kill -PIPE $$; echo survived"), "");
 }
@@ -155,7 +145,7 @@ TEST(Process, TwoAtOnceDoNotHoldEachOthersPipes) {
     EXPECT_EQ(slow, "slow\n");
 }
 
-TEST(Process, ACommandThatNoDescriptorIsLeftForIsAbsent) {
+TEST(Process, WithoutAFreeDescriptorTheOutputIsAbsent) {
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
     rlimit none = before;

@@ -100,7 +100,7 @@ TEST_F(UserDefaultsOnDisk, EveryTextComesBackByteForByteInTheNextProcess) {
     EXPECT_EQ(run(gets), expected);
 }
 
-TEST_F(UserDefaultsOnDisk, KeysThatTheFileHasToEscapeAreKeptApart) {
+TEST_F(UserDefaultsOnDisk, KeysThatNeedEscapingAreToldApart) {
     const std::string gets = "get a.b_c get a/b get a get '%41' get A get 'ä key' get 'a=b' get '[x]' get '#'";
     const std::string expected = "[1]\n[2]\n[3]\n[4]\n[5]\n[6]\n[7]\n[8]\n[9]\n";
     EXPECT_EQ(run("set a.b_c 1 set a/b 2 set a 3 set '%41' 4 set A 5 set 'ä key' 6 set 'a=b' 7 set '[x]' 8 set '#' 9 " +
@@ -109,14 +109,14 @@ TEST_F(UserDefaultsOnDisk, KeysThatTheFileHasToEscapeAreKeptApart) {
     EXPECT_EQ(run(gets), expected);
 }
 
-TEST_F(UserDefaultsOnDisk, TheFileStaysForItsOwnerAloneFromProcessToProcess) {
+TEST_F(UserDefaultsOnDisk, TheFileStaysPrivateToItsOwner) {
     EXPECT_EQ(run("set key one"), "");
     EXPECT_EQ(mode(), 0600U);
     EXPECT_EQ(shell("umask 000; " CHILD_PATH " get key set key two bool flag 1").status, 0);
     EXPECT_EQ(mode(), 0600U);
 }
 
-TEST_F(UserDefaultsOnDisk, AFileThatOthersCouldReadIsForItsOwnerAloneAtTheFirstLook) {
+TEST_F(UserDefaultsOnDisk, AFileThatOthersCouldReadBecomesPrivateAtTheFirstLook) {
     std::filesystem::create_directories(file().parent_path());
     std::ofstream(file()) << "[General]\nkey=old\n";
     std::filesystem::permissions(file(), std::filesystem::perms(0666));
@@ -124,7 +124,7 @@ TEST_F(UserDefaultsOnDisk, AFileThatOthersCouldReadIsForItsOwnerAloneAtTheFirstL
     EXPECT_EQ(mode(), 0600U);
 }
 
-TEST_F(UserDefaultsOnDisk, ANewFolderIsForItsOwnerAlone) {
+TEST_F(UserDefaultsOnDisk, ANewFolderIsPrivateToItsOwner) {
     EXPECT_EQ(shell("umask 000; " CHILD_PATH " set key value").status, 0);
     EXPECT_EQ(std::filesystem::status(file().parent_path()).permissions(), std::filesystem::perms::owner_all);
 }
@@ -160,7 +160,7 @@ head -c 1000000 /dev/zero >ballast 2>/dev/null || true
 if { echo x >room; } 2>/dev/null; then exit 9; fi
 )sh";
 
-TEST_F(UserDefaultsOnDisk, AFullDiskKeepsValuesForTheLifeOfTheProcessAndWhatItHas) {
+TEST_F(UserDefaultsOnDisk, OnAFullDiskNewValuesLiveAsLongAsTheProcess) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     EXPECT_EQ(runApart(std::string(fullDisk) + R"sh(
                        $child get key set other first get other set key new get key get other
@@ -183,7 +183,7 @@ TEST_F(UserDefaultsOnDisk, AFullDiskStoresAgainOnceThereIsRoom) {
               "[new]\n[new]\n[text]\n");
 }
 
-TEST_F(UserDefaultsOnDisk, AReadOnlyDiskKeepsValuesForTheLifeOfTheProcessAndWhatItHas) {
+TEST_F(UserDefaultsOnDisk, OnAReadOnlyDiskNewValuesLiveAsLongAsTheProcess) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     EXPECT_EQ(runApart(R"sh(
                        $child set key old
@@ -195,7 +195,7 @@ TEST_F(UserDefaultsOnDisk, AReadOnlyDiskKeepsValuesForTheLifeOfTheProcessAndWhat
 }
 
 // The root of the system is where a program without a home would look; here it cannot be written.
-TEST_F(UserDefaultsOnDisk, WithoutAHomeValuesAreKeptForTheLifeOfTheProcess) {
+TEST_F(UserDefaultsOnDisk, WithoutAHomeValuesLiveAsLongAsTheProcess) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     for (const char* environment : {"env -u HOME", "env HOME= XDG_CONFIG_HOME=", "env HOME=/nonexistent"}) {
         EXPECT_EQ(runApart(std::string("mount -o remount,bind,ro /\n") + environment +
@@ -205,13 +205,15 @@ TEST_F(UserDefaultsOnDisk, WithoutAHomeValuesAreKeptForTheLifeOfTheProcess) {
     }
 }
 
-TEST_F(UserDefaultsOnDisk, AFileInTheFoldersPlaceIsLeftAlone) {
-    std::filesystem::create_directories(home_.path() / ".config");
-    std::ofstream(home_.path() / ".config/velmora") << "in the way";
-    EXPECT_EQ(run("set key value get key bool flag 0 get flag"), "[value]\n[0]\n");
-    std::ostringstream text;
-    text << std::ifstream(home_.path() / ".config/velmora").rdbuf();
-    EXPECT_EQ(text.str(), "in the way");
+TEST_F(UserDefaultsOnDisk, AFileInAFoldersPlaceIsLeftAlone) {
+    std::filesystem::create_directories(home_.path() / "other");
+    for (const std::filesystem::path& folder : {home_.path() / ".config", home_.path() / "other/velmora"}) {
+        std::ofstream(folder) << "in the way";
+        setenv("XDG_CONFIG_HOME", folder.filename() == "velmora" ? folder.parent_path().c_str() : "", 1);
+        EXPECT_EQ(run("set key value get key bool flag 0 get flag"), "[value]\n[0]\n");
+        EXPECT_EQ(run("get key"), "none\n");
+        EXPECT_EQ(std::filesystem::file_size(folder), 10U);
+    }
 }
 
 TEST_F(UserDefaultsOnDisk, AHomeWithoutItsFoldersGetsThem) {

@@ -1,4 +1,4 @@
-// The way of the answer's page into a real browser: by the desktop's own opener, to the one that the person has chosen.
+// The page that the website names opens in a real browser, by the desktop's own opener.
 #include <filesystem>
 #include <fstream>
 

@@ -1,4 +1,4 @@
-// What becomes of the program when parts of the desktop are missing or misbehave.
+// What happens to the program when parts of the desktop are missing or misbehave.
 #include "tests/end_to_end/rig/keyboard.h"
 #include "tests/end_to_end/rig/program_window.h"
 #include "tests/end_to_end/surroundings.h"
@@ -6,32 +6,11 @@
 namespace end_to_end {
 namespace {
 
-using testSupport::answerBytes;
-using testSupport::ScriptedServer;
-using testSupport::Send;
-
 constexpr ExitStatus success{ExitStatus::Kind::status, 0};
-std::string page() { return base() + "/results?hardware_id=42"; }
 
 class DesktopFault : public Surroundings {
   protected:
-    // Does the main job; the log's lines after the answer's body.
-    std::vector<std::string> linesAfterTheAnswer() {
-        const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
-        Program program(setting());
-        EXPECT_EQ(program.failure(), std::nullopt);
-        const AccessibleProgram window(program.pid());
-        EXPECT_TRUE(press(window, "Detect Hardware"));
-        EXPECT_TRUE(press(window, "Send to Website"));
-        EXPECT_TRUE(shows(window, "Hardware data sent successfully! Opening website..."));
-        EXPECT_EQ(program.waitForExit(), success);
-        std::vector<std::string> log = program.log();
-        while (!log.empty() && log.front() != std::string("📥 Response body: ") + stored) log.erase(log.begin());
-        if (!log.empty()) log.erase(log.begin());
-        return log;
-    }
-
-    // The keyboard's way, where there is nobody to ask for elements.
+    // By keyboard, since no elements can be asked for.
     void expectDetectionByKeyboard(const Program::Setting& setting) {
         const ScriptedServer server(website({}), websitePort());
         Program program(setting);
@@ -49,7 +28,7 @@ class DesktopFault : public Surroundings {
     }
 };
 
-TEST_F(DesktopFault, AnIgnoredSignalOfAParentDoesNotMakeAPageThatOpenedAFailure) {
+TEST_F(DesktopFault, AParentThatIgnoresSigchldDoesNotChangeTheOutcome) {
     const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     Program::Setting deaf = setting();
     deaf.arguments = {"--ignore-signal=CHLD", deaf.path};
@@ -59,22 +38,7 @@ TEST_F(DesktopFault, AnIgnoredSignalOfAParentDoesNotMakeAPageThatOpenedAFailure)
     EXPECT_TRUE(press(window, "Detect Hardware"));
     EXPECT_TRUE(press(window, "Send to Website"));
     EXPECT_EQ(program.waitForExit(), success);
-    EXPECT_TRUE(program.waitForLine("✅ Opened URL: " + page()));
-}
-
-TEST_F(DesktopFault, AnOpenerThatHangsCountsAsABrowser) {
-    opener_.hang();
-    EXPECT_EQ(linesAfterTheAnswer(), (std::vector<std::string>{"✅ Opened URL: " + page(), "📋 Hardware ID: 42"}));
-}
-
-TEST_F(DesktopFault, AnOpenerThatFailsIsTold) {
-    opener_.exitWith(4);
-    EXPECT_EQ(linesAfterTheAnswer(), std::vector<std::string>{"❌ Failed to open URL: " + page()});
-}
-
-TEST_F(DesktopFault, AMissingOpenerIsTold) {
-    opener_.makeMissing();
-    EXPECT_EQ(linesAfterTheAnswer(), std::vector<std::string>{"❌ Failed to open URL: " + page()});
+    EXPECT_TRUE(program.waitForLine("✅ Opened URL: " + base() + "/results?hardware_id=42"));
 }
 
 TEST_F(DesktopFault, WithoutAnAccessibilityBusTheKeyboardStillWorks) {

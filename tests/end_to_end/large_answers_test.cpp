@@ -1,18 +1,16 @@
-// How much memory an answer takes, and what becomes of it when there is none.
+// How much memory an answer takes, and what happens when there is none for it.
 #include <sys/resource.h>
 
 #include <fstream>
 #include <future>
+#include <memory>
 #include <ostream>
 
 #include "tests/end_to_end/surroundings.h"
+#include "tests/support/shell.h"
 
 namespace end_to_end {
 namespace {
-
-using testSupport::answerBytes;
-using testSupport::ScriptedServer;
-using testSupport::Send;
 
 constexpr std::size_t size = std::size_t{32} << 20;
 
@@ -39,8 +37,6 @@ std::string bodyOf(const Shape& shape) {
 #else
 #define SKIP_WITH_SANITIZERS static_cast<void>(0)
 #endif
-
-using LackOfMemory = Surroundings;
 
 class LargeAnswer : public Surroundings, public testing::WithParamInterface<Shape> {};
 
@@ -89,26 +85,58 @@ void leaveMemory(const Program& program, std::size_t bytes) {
     }
 }
 
-TEST_F(LackOfMemory, ForAnAnswerIsAnErrorOfThatAnswerAlone) {
+// The submission's answer is held back until the test lets it go.
+class HeldBackAnswer : public Surroundings {
+  protected:
+    void startAndSend(const std::string& answer) {
+        server_ = std::make_unique<ScriptedServer>(
+            [answer, free = release_.get_future().share()](const RecordedRequest& request) -> Script {
+                if (request.target() != "/save-detected-hardware/") return {Send{answerBytes(200, "{}")}};
+                free.wait();
+                return {Send{answer}};
+            },
+            websitePort());
+        program_ = std::make_unique<Program>(setting());
+        window_ = std::make_unique<AccessibleProgram>(program_->pid());
+        ASSERT_TRUE(press(*window_, "Detect Hardware"));
+        ASSERT_TRUE(press(*window_, "Send to Website"));
+        ASSERT_TRUE(server_->waitForRequests(3));
+    }
+
+    std::promise<void> release_;
+    std::unique_ptr<ScriptedServer> server_;
+    std::unique_ptr<Program> program_;
+    std::unique_ptr<AccessibleProgram> window_;
+};
+
+TEST_F(HeldBackAnswer, WithoutMemoryForItIsAnErrorOfThatAnswerAlone) {
     SKIP_WITH_SANITIZERS;
-    std::promise<void> release;
-    const ScriptedServer server(
-        [free = release.get_future().share()](const testSupport::RecordedRequest& request) -> testSupport::Script {
-            if (request.target() != "/save-detected-hardware/") return {Send{answerBytes(200, "{}")}};
-            free.wait();
-            return {Send{answerBytes(200, std::string(size, 'x'))}};
-        },
-        websitePort());
-    Program program(setting());
-    const AccessibleProgram window(program.pid());
-    ASSERT_TRUE(press(window, "Detect Hardware"));
-    ASSERT_TRUE(press(window, "Send to Website"));
-    ASSERT_TRUE(server.waitForRequests(3));
-    leaveMemory(program, size / 2);
-    release.set_value();
-    EXPECT_TRUE(shows(window, "Error: Failed to send hardware data. Check the console for details."));
-    EXPECT_TRUE(program.waitForLine("❌ Network error: cannot parse response"));
-    EXPECT_TRUE(window.field()->setText("http://still.alive.example"));
+    startAndSend(answerBytes(200, std::string(size, 'x')));
+    leaveMemory(*program_, size / 2);
+    release_.set_value();
+    EXPECT_TRUE(shows(*window_, "Error: Failed to send hardware data. Check the console for details."));
+    EXPECT_TRUE(program_->waitForLine("❌ Network error: cannot parse response"));
+    EXPECT_TRUE(window_->field()->setText("http://still.alive.example"));
+}
+
+// 64 MiB of gzip, which would be 64 GiB.
+TEST_F(HeldBackAnswer, IsRefusedWhenItIsABombWhileTheWindowResponds) {
+    constexpr std::size_t mebibyte = std::size_t{1} << 20;
+    const std::string part = testSupport::shell("head -c 67108864 /dev/zero | gzip -9").output;
+    std::string bomb;
+    while (bomb.size() < 64 * mebibyte) bomb += part;
+    startAndSend(answerBytes(200, bomb, {"Content-Encoding: gzip"}));
+    release_.set_value();
+    ASSERT_TRUE(press(*window_, "Detect Hardware"));
+    ASSERT_TRUE(shows(*window_, "Error: Failed to send hardware data. Check the console for details."));
+    EXPECT_TRUE(program_->waitForLine("❌ Final error: Network error: resource exceeds maximum size"));
+    ASSERT_TRUE(press(*window_, "Detect Hardware"));
+    ASSERT_TRUE(shows(*window_, "Hardware detected successfully!"));
+    const std::size_t peak = peakMemoryOf(*program_);
+    RecordProperty("peak_mebibytes", static_cast<int>(peak / mebibyte));
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_LT(peak, 256 * mebibyte);
+#endif
 }
 
 }  // namespace

@@ -14,11 +14,6 @@
 
 namespace end_to_end {
 
-using testSupport::answerBytes;
-using testSupport::RecordedRequest;
-using testSupport::Script;
-using testSupport::Send;
-
 namespace {
 
 // Only one process at a time can have a name of such a socket, and it has it until it ends. Like ports, the names are
@@ -91,7 +86,7 @@ DesktopSession& session() {
 
 std::string base() { return "http://127.0.0.1:" + std::to_string(websitePort()); }
 
-testSupport::Responder website(Script submissionAnswer) {
+Responder website(Script submissionAnswer) {
     return [submissionAnswer = std::move(submissionAnswer)](const RecordedRequest& request) -> Script {
         if (request.target() == "/api/track-install/") return {Send{answerBytes(200, R"({"created": true})")}};
         if (request.target() == "/api/track-usage/") return {Send{answerBytes(200, "noted")}};

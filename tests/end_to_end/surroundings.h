@@ -16,6 +16,16 @@
 
 namespace end_to_end {
 
+using testSupport::always;
+using testSupport::answerBytes;
+using testSupport::HoldOpen;
+using testSupport::RecordedRequest;
+using testSupport::Responder;
+using testSupport::Script;
+using testSupport::ScriptedServer;
+using testSupport::Send;
+using testSupport::WaitUntilClientHasGone;
+
 inline constexpr const char* sysctl = "/usr/sbin/sysctl";
 inline constexpr const char* systemProfiler = "/usr/sbin/system_profiler";
 inline constexpr const char* df = "/bin/df";
@@ -31,7 +41,7 @@ inline constexpr const char* stored = R"({"success": true, "hardware_id": 42, "r
 [[nodiscard]] std::string base();
 
 // Answers the reports by themselves and a submission by `submissionAnswer`.
-[[nodiscard]] testSupport::Responder website(testSupport::Script submissionAnswer);
+[[nodiscard]] Responder website(Script submissionAnswer);
 
 // The machine is a Mac with an M1, the opener works, the home is empty.
 class Surroundings : public testing::Test {

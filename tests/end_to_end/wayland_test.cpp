@@ -1,6 +1,4 @@
-// The program on a Wayland desktop, where the window system tells a program less and does more by itself than on X11.
-#include <linux/input-event-codes.h>
-
+// The program on a Wayland desktop.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -8,17 +6,11 @@
 #include <future>
 
 #include "tests/end_to_end/rig/wayland_desktop.h"
-#include "tests/end_to_end/rig/wayland_input.h"
+#include "tests/end_to_end/rig/wayland_pointer.h"
 #include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
 namespace {
-
-using testSupport::answerBytes;
-using testSupport::RecordedRequest;
-using testSupport::Script;
-using testSupport::ScriptedServer;
-using testSupport::Send;
 
 class Wayland : public Surroundings {
   protected:
@@ -41,11 +33,6 @@ std::optional<WaylandDesktop::Window> waitForWindow(const WaylandDesktop& deskto
         return window.has_value();
     }));
     return window;
-}
-
-// The keyboard goes to the program from then on.
-bool waitUntilActive(const AccessibleProgram& window) {
-    return waitFor([&] { return window.focused().has_value(); });
 }
 
 // The width of the largest picture that the program has handed to the desktop, in pixels. With WAYLAND_DEBUG its
@@ -118,8 +105,8 @@ TEST_F(Wayland, TheWindowIsThereWhileTheInstallReportIsWaitedFor) {
 TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
     const WaylandDesktop desktop;
     ASSERT_EQ(desktop.failure(), std::nullopt);
-    WaylandInput input(desktop.display(), desktop.width(), desktop.height());
-    ASSERT_TRUE(input.works());
+    WaylandPointer pointer(desktop.display(), desktop.width(), desktop.height());
+    ASSERT_TRUE(pointer.works());
     const ScriptedServer server(website({}), websitePort());
     Program program(settingOn(desktop));
     const auto before = waitForWindow(desktop, program.pid());
@@ -128,41 +115,26 @@ TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
 
     // How far the pointer has to move before the window follows is left open.
     constexpr int held = 400;
-    input.moveTo(before->x + 300, before->y + held);
-    input.holdButton();
-    int pointer = before->x + 300;
+    pointer.moveTo(before->x + 300, before->y + held);
+    pointer.holdButton();
+    int x = before->x + 300;
     ASSERT_TRUE(waitFor([&] {
-        input.moveTo(--pointer, before->y + held);
+        pointer.moveTo(--x, before->y + held);
         const auto now = desktop.windowOf(program.pid());
         return now && now->x != before->x;
     }));
     const auto following = desktop.windowOf(program.pid());
     ASSERT_TRUE(following);
-    input.moveTo(pointer - 100, before->y + held - 50);
-    input.releaseButton();
+    pointer.moveTo(x - 100, before->y + held - 50);
+    pointer.releaseButton();
     const auto after = desktop.windowOf(program.pid());
     ASSERT_TRUE(after);
     EXPECT_EQ(after->x, following->x - 100);
     EXPECT_EQ(after->y, following->y - 50);
 
     // In the middle of "Detect Hardware" as long as there is nothing but that.
-    input.click(after->x + 300, after->y + 186);
+    pointer.click(after->x + 300, after->y + 186);
     EXPECT_TRUE(shows(AccessibleProgram(program.pid()), "Hardware detected successfully!"));
-}
-
-TEST_F(Wayland, CtrlQAndCtrlWEndTheProgramWithZero) {
-    const WaylandDesktop desktop;
-    ASSERT_EQ(desktop.failure(), std::nullopt);
-    WaylandInput input(desktop.display(), desktop.width(), desktop.height());
-    ASSERT_TRUE(input.works());
-    for (const unsigned key : {unsigned{KEY_Q}, unsigned{KEY_W}}) {
-        const ScriptedServer server(website({}), websitePort());
-        Program program(settingOn(desktop));
-        ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
-        ASSERT_TRUE(waitUntilActive(AccessibleProgram(program.pid())));
-        input.pressWithControl(key);
-        EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
-    }
 }
 
 TEST_F(Wayland, ADesktopFindsTheIconByTheNameOfTheDesktopEntry) {

@@ -32,15 +32,6 @@ TEST_F(CurrentDate, ReadsTheClockAtEachCall) {
                                         "CFDateFormatterCreateStringWithAbsoluteTime(yyyy, 6000)"}));
 }
 
-TEST_F(CurrentDate, KeepsDigitsAndWordsThatAreNotAscii) {
-    mac().date = u"\u0662\u0660\u0662\u0664";
-
-    EXPECT_EQ(currentDate("yyyy '\xe5\xb9\xb4'"), "\xd9\xa2\xd9\xa0\xd9\xa2\xd9\xa4");
-
-    EXPECT_EQ(mac().callsOf("CFDateFormatterCreateStringWithAbsoluteTime"),
-              std::vector<std::string>{"CFDateFormatterCreateStringWithAbsoluteTime(yyyy '\xe5\xb9\xb4', 0)"});
-}
-
 TEST_F(CurrentDate, IsWrittenInTheSystemsLocaleWhenTheUsersIsNotThere) {
     mac().hasLocale = false;
     mac().date = u"2024-06-01";
@@ -51,14 +42,6 @@ TEST_F(CurrentDate, IsWrittenInTheSystemsLocaleWhenTheUsersIsNotThere) {
 }
 
 TEST_F(CurrentDate, IsEmptyWithoutAFormatter) {
-    mac().makesDateFormatters = false;
-    mac().date = u"2024-06-01";
-
-    EXPECT_EQ(currentDate("yyyy-MM-dd"), "");
-}
-
-TEST_F(CurrentDate, IsEmptyWithoutALocaleAndAFormatter) {
-    mac().hasLocale = false;
     mac().makesDateFormatters = false;
     mac().date = u"2024-06-01";
 

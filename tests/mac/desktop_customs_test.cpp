@@ -34,7 +34,7 @@ class MacWindow : public testing::Test {
     }
 };
 
-TEST_F(MacWindow, ItsTitleBarIsNotToBeSeen) {
+TEST_F(MacWindow, ItsTitleBarIsHidden) {
     QWidget window(nullptr, Qt::Window);
     platform::desktopCustoms::dress(window);
     EXPECT_EQ(objectiveC().messages,
@@ -42,7 +42,7 @@ TEST_F(MacWindow, ItsTitleBarIsNotToBeSeen) {
                      "NSWindow setTitlebarSeparatorStyle: 1"}));
 }
 
-TEST_F(MacWindow, ItsTitleBarHasNoSeparatorToHideOnOlderSystems) {
+TEST_F(MacWindow, OlderSystemsHaveNoSeparatorToHide) {
     objectiveC().unknownSelectors = {"setTitlebarSeparatorStyle:"};
     QWidget window(nullptr, Qt::Window);
     platform::desktopCustoms::dress(window);
@@ -57,7 +57,7 @@ TEST_F(MacWindow, ItsThreeButtonsStay) {
     EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
 }
 
-// The application with its window and menus, as a person has it before them.
+// The application with its window and menus.
 class MacApplication : public MacWindow {
   protected:
     MacApplication() { open(); }

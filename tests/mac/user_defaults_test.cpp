@@ -22,25 +22,6 @@ TEST_F(UserDefaults, AreAskedForTheKeyAsItIsWritten) {
     EXPECT_EQ(userDefaults::string("gr\xc3\xb6\xc3\x9f\x65/1.5"), "klein");
 }
 
-TEST_F(UserDefaults, GiveAStringAsItIsStored) {
-    struct Case {
-        const char* description;
-        std::u16string stored;
-        std::string text;
-    };
-    const std::vector<Case> cases = {
-        {"a UUID", u"1D3F5B79-8C0E-5A24-B6D1-4E7F90A2C3B8", "1D3F5B79-8C0E-5A24-B6D1-4E7F90A2C3B8"},
-        {"the empty string", u"", ""},
-        {"not ASCII", u"\u00fc\U0001f5a5", "\xc3\xbc\xf0\x9f\x96\xa5"},
-        {"a NUL inside", std::u16string(u"a\0b", 3), std::string("a\0b", 3)},
-        {"a number as a string", u"042", "042"},
-    };
-    for (const Case& given : cases) {
-        mac().preferences = {{u"key", given.stored}};
-        EXPECT_EQ(userDefaults::string("key"), given.text) << given.description;
-    }
-}
-
 TEST_F(UserDefaults, HaveNoTextForAValueThatIsNoString) {
     for (const Value& stored : {Value(std::int64_t{42}), Value(1.5), Value(true), Value(Array{})}) {
         mac().preferences = {{u"key", stored}};

@@ -35,13 +35,4 @@ INSTANTIATE_TEST_SUITE_P(Values, HostileRedirect,
                                          "; rm -rf ~", "$(reboot)", "`reboot`", "|reboot", "a\nb", "\r\nLocation: x",
                                          "\x1b[2J", "%00", "%"));
 
-// These two are what the website may do: they are pages.
-TEST(AbsoluteRedirect, MayLeadToAPageElsewhereByHttpOrHttpsAlone) {
-    for (const std::string page : {"http://elsewhere.example/x", "https://elsewhere.example/x"}) {
-        platform::JsonObject answer;
-        answer.add("redirect_url", page);
-        EXPECT_EQ(pageToOpen(answer, site).page->absoluteString(), page);
-    }
-}
-
 }  // namespace

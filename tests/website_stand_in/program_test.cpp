@@ -67,7 +67,7 @@ TEST(WebsiteStandIn, AnswersAndWritesALineForEachRequest) {
     EXPECT_EQ(website.nextLine(), "DELETE /api//track%2Dinstall/ 404");
 }
 
-TEST(WebsiteStandIn, RefusesABodyOfMoreThanAMebibyteAsItRefusesEverythingElse) {
+TEST(WebsiteStandIn, RefusesABodyOfMoreThanAMebibyte) {
     const RunningWebsite website;
     const auto answer = httplib::Client("127.0.0.1", website.port)
                             .Post("/api/track-install/", std::string(1024 * 1024 + 1, ' '), "application/json");

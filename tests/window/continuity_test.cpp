@@ -24,7 +24,7 @@ class WindowContinuity : public ShownWindow {
     }
 };
 
-TEST_F(WindowContinuity, TheFieldIsTheSameOneWithFocusCaretAndSelection) {
+TEST_F(WindowContinuity, TheFieldKeepsFocusCaretAndSelection) {
     const QLineEdit* before = field();
     field()->setFocus();
     field()->setText("http://typed.example");
@@ -145,7 +145,7 @@ TEST_F(WindowContinuity, OneFrameShowsAllChangesOfOneStep) {
     view_.statusMessage.set("first");
     view_.statusMessage.set("second");
     view_.detectedHardware.set(record());
-    EXPECT_EQ(label("second"), nullptr) << "rendered in the midst of a step";
+    EXPECT_EQ(label("second"), nullptr) << "rendered before the step ended";
     settle();
     EXPECT_NE(label("second"), nullptr);
 }

@@ -122,7 +122,7 @@ TEST_F(WindowLayout, TheListIsTwoHundredHighWhereThereIsRoomForMore) {
     EXPECT_EQ(list()->height(), 200);
 }
 
-TEST_F(WindowLayout, TheListGivesWaySoThatEverythingFits) {
+TEST_F(WindowLayout, TheListShrinksSoThatEverythingFits) {
     show(record());
     const int alone = list()->height();
     banner(StatusType::success, "Hardware detected successfully!");
@@ -131,7 +131,7 @@ TEST_F(WindowLayout, TheListGivesWaySoThatEverythingFits) {
     EXPECT_TRUE(wholeWindow.contains(placeOf(button("Send to Website"))));
 }
 
-TEST_F(WindowLayout, TheLastRowCanBeScrolledIntoSight) {
+TEST_F(WindowLayout, TheLastRowCanBeScrolledIntoView) {
     show(recordOfLength(1'000));
     list()->verticalScrollBar()->setValue(list()->verticalScrollBar()->maximum());
     settle();
@@ -152,7 +152,7 @@ TEST_F(WindowLayout, TheLabelColumnStaysOneHundredAndTwentyWideHoweverLongAValue
     }
 }
 
-TEST_F(WindowLayout, ValuesStandAtTheSameEdgeAndNeverWidenTheWindow) {
+TEST_F(WindowLayout, ValuesStartAtTheSameEdgeAndNeverWidenTheWindow) {
     HardwareInfo hardware = record(std::string(10'000, 'W'));
     hardware.graphicsCard = "short";
     show(hardware);
@@ -169,6 +169,16 @@ TEST_F(WindowLayout, RowsAreTwelvePointsApart) {
     const QRect processor = placeOf(label("Processor:"));
     EXPECT_EQ(processor.top() - os.bottom() - 1, 12);
     EXPECT_EQ(os.top() - placeOf(label("Detected Hardware:")).bottom() - 1, 12);
+}
+
+TEST_F(WindowLayout, TextsAreShownAsTheyStand) {
+    const std::string odd = "<b>bold</b> &amp; &Detect <img src='x'> %1 \\n";
+    show(record(odd));
+    banner(StatusType::error, odd + "!");
+
+    EXPECT_NE(label(odd), nullptr);
+    ASSERT_NE(label(odd + "!"), nullptr);
+    EXPECT_EQ(qobject_cast<QLabel*>(label(odd))->textFormat(), Qt::PlainText);
 }
 
 TEST_F(WindowLayout, ALongValueIsReadableToItsEnd) {

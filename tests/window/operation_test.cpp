@@ -22,7 +22,7 @@ int usagesReported() {
         }));
 }
 
-// Runs the event loop until something ends it; the exit status, or -1 when nothing does in good time.
+// Runs the event loop until something ends it; the exit status, or -1 after half a minute.
 int exitStatusAfter(const std::function<void()>& action) {
     QTimer::singleShot(0, qApp, action);
     QTimer limit;
@@ -97,7 +97,7 @@ TEST_F(WindowOperation, APressRightAfterTheKeyThatFillsTheAddressSends) {
     EXPECT_EQ(machine().background.size(), 1U);
 }
 
-TEST_F(WindowOperation, TabGoesFromTopToBottomAndRoundAgain) {
+TEST_F(WindowOperation, TabGoesFromTopToBottomAndStartsAgain) {
     show(record());
     field()->setFocus();
     std::vector<QWidget*> order;
@@ -132,7 +132,7 @@ TEST_F(WindowOperation, TheListIsScrolledByKeys) {
     EXPECT_EQ(valueAfter(Qt::Key_Space), bar->pageStep());
 }
 
-TEST_F(WindowOperation, TheListIsScrolledByWheelAndThumb) {
+TEST_F(WindowOperation, TheListIsScrolledByWheelAndScrollBar) {
     show(recordOfLength(1'000));
     QScrollBar* bar = list()->verticalScrollBar();
     QWidget* inside = list()->viewport();
@@ -150,7 +150,7 @@ TEST_F(WindowOperation, TheListIsScrolledByWheelAndThumb) {
     QTest::mouseRelease(window_.windowHandle(), Qt::LeftButton, {}, QPoint(top.x(), area.bottom()));
 }
 
-TEST_F(WindowOperation, AListThatNeedsNoScrollingIsNoStopForTheTabKey) {
+TEST_F(WindowOperation, TabSkipsAListThatNeedsNoScrolling) {
     show(recordOfLength(1'000));
     EXPECT_EQ(list()->focusPolicy(), Qt::TabFocus);
     window_.setFixedHeight(800);
@@ -196,7 +196,7 @@ TEST_F(WindowOperation, AppearsOnceWhenShownAndAgainAfterBeingHidden) {
 
 // The main view never leaves a window that is minimised. The window system's own events stand for it here: the
 // toolkit's offscreen platform has no window manager.
-TEST_F(WindowOperation, RestoringTheMinimisedWindowIsNoAppearance) {
+TEST_F(WindowOperation, RestoringTheMinimisedWindowReportsNothing) {
     QHideEvent hidden;
     QShowEvent shown;
     for (QEvent* event : {static_cast<QEvent*>(&hidden), static_cast<QEvent*>(&shown)}) {
@@ -225,7 +225,7 @@ TEST_F(WindowOperation, RepaintingReportsNothing) {
     EXPECT_EQ(usagesReported(), 1);
 }
 
-// Stands in the way of every event of a window and notes the paintings.
+// Notes when a window is painted.
 class PaintingWitness : public QObject {
   public:
     bool eventFilter(QObject*, QEvent* event) override {
@@ -236,10 +236,7 @@ class PaintingWitness : public QObject {
 
 TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     fakes::reset();
-    const ContentView view;
-    platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
-                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
-                             }});
+    platform::Window window(sceneOf(ContentView()));
     PaintingWitness witness;
     window.installEventFilter(&witness);
     window.show();
@@ -252,10 +249,7 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
 
 TEST(WindowAppearance, WaitsUntilTheWindowSystemHasExposedTheWindow) {
     fakes::reset();
-    const ContentView view;
-    platform::Window window({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
-                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
-                             }});
+    platform::Window window(sceneOf(ContentView()));
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();
     window.update();
@@ -266,6 +260,21 @@ TEST(WindowAppearance, WaitsUntilTheWindowSystemHasExposedTheWindow) {
     window.setAttribute(Qt::WA_DontShowOnScreen, false);
     window.show();
     EXPECT_TRUE(QTest::qWaitFor([] { return usagesReported() == 1; }, 30'000));
+}
+
+TEST_F(WindowOperation, EveryKeystrokeIsKept) {
+    field()->setFocus();
+    field()->selectAll();
+    QTest::keyClicks(field(), "ab");
+    EXPECT_EQ(view_.websiteUrl.get(), "ab");
+    QTest::keyClicks(field(), "c");
+    EXPECT_EQ(view_.websiteUrl.get(), "abc");
+}
+
+TEST_F(WindowOperation, TheFieldShowsAnAddressThatTheProgramSets) {
+    view_.websiteUrl.set("http://set.example/ü");
+    settle();
+    EXPECT_EQ(field()->text().toStdString(), "http://set.example/ü");
 }
 
 TEST_F(WindowOperation, TheFieldTakesTheKeysOfTextEditing) {

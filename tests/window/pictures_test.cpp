@@ -32,9 +32,9 @@ int differingPixels(const QImage& one, const QImage& other) {
     return count;
 }
 
-class StandingStill : public QObject {
+class StoppedSpinners : public QObject {
   public:
-    StandingStill() { QCoreApplication::instance()->installEventFilter(this); }
+    StoppedSpinners() { QCoreApplication::instance()->installEventFilter(this); }
     bool eventFilter(QObject* watched, QEvent* event) override {
         return event->type() == QEvent::Timer && dynamic_cast<platform::Spinner*>(watched) != nullptr;
     }
@@ -70,7 +70,7 @@ class WindowPictures : public ScenicWindow {
     }
 
   private:
-    StandingStill spinnersStandStill_;
+    StoppedSpinners stoppedSpinners_;
 };
 
 class WindowPicturesOf : public WindowPictures, public testing::WithParamInterface<std::string> {};
@@ -93,7 +93,7 @@ std::string nameOf(const testing::TestParamInfo<std::string>& scene) { return sc
 
 INSTANTIATE_TEST_SUITE_P(States, WindowPicturesOf, testing::ValuesIn(ScenicWindow::scenes()), nameOf);
 
-// What the comparison would overlook, it could not warn of.
+// These prove that the comparison notices small mistakes.
 
 TEST_F(WindowPictures, ShowAWrongWeight) {
     bringAbout("detected");
@@ -149,7 +149,7 @@ TEST_F(WindowPictures, ShowAWrongLetter) {
     EXPECT_FALSE(isAsItShouldBe("detected"));
 }
 
-TEST_F(WindowPictures, ShowAWindowThatWasDarkFromTheStart) {
+TEST_F(WindowPictures, AreTheSameWhenTheDesktopIsDarkFromTheStart) {
     QApplication::setPalette(paletteOf(Appearance::dark));
     bringAbout("detected");
     EXPECT_LE(differingPixels(drawn(), reference("detected", Appearance::dark)), tolerance());

@@ -206,7 +206,7 @@ TEST_F(Renderer, ABackgroundFillsWhatStandsBeforeItAndNothingElse) {
     EXPECT_EQ(coloured(red()).width(), 100);
 }
 
-TEST_F(Renderer, CornersAreRoundedOfWhatStandsBeforeThem) {
+TEST_F(Renderer, CornersRoundWhatStandsBeforeThem) {
     const auto square = [] { return text("").frame(100, Alignment::leading).padding(Edges::all, 20); };
     show(centred(square().background(Color::red)));
     const QRect place = coloured(red());

@@ -103,7 +103,7 @@ TEST_F(WindowForScreenReaders, TheListIsAPaneCalledByItsCaptionWithNothingButIts
     EXPECT_EQ(area->child(1), nullptr);
 }
 
-TEST_F(WindowForScreenReaders, TheWindowIsOneByItsName) {
+TEST_F(WindowForScreenReaders, TheWindowHasItsName) {
     EXPECT_EQ(accessible(&window_)->role(), QAccessible::Window);
     EXPECT_EQ(accessible(&window_)->text(QAccessible::Name), "Hardware Detector");
 }

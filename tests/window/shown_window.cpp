@@ -3,8 +3,6 @@
 #include <QCoreApplication>
 #include <QLabel>
 #include <QTest>
-#include <algorithm>
-#include <array>
 
 #include "platform/qt/widgets/box.h"
 
@@ -29,11 +27,13 @@ HardwareInfo recordOfLength(std::size_t length) {
     return {text, text, text, INT64_MIN, text, 2666, INT64_MAX, text, text, INT64_MIN};
 }
 
-ShownWindow::ShownWindow()
-    : view_(freshView()),
-      window_({.name = "Hardware Detector", .width = 600, .height = 500, .content = [view = view_] {
-                   return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
-               }}) {
+platform::WindowGroup sceneOf(const ContentView& view) {
+    return {.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
+                return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
+            }};
+}
+
+ShownWindow::ShownWindow() : view_(freshView()), window_(sceneOf(view_)) {
     window_.show();
     window_.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window_, 30'000));
@@ -49,29 +49,6 @@ void ShownWindow::settle() {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }
-}
-
-std::vector<std::string> ShownWindow::texts() const {
-    struct Shown {
-        std::array<int, 3> order;
-        std::string text;
-    };
-    std::vector<Shown> all;
-    const auto add = [this, &all](const QWidget* widget, const QString& text) {
-        if (!widget->isVisible()) return;
-        const QPoint own = placeOf(widget).center();
-        // What is scrolled out of the list still comes before what stands below the list.
-        const bool listed = list() != nullptr && list()->isAncestorOf(widget);
-        const int top = listed ? placeOf(list()).top() : own.y();
-        all.push_back({{top, own.y(), own.x()}, text.toStdString()});
-    };
-    for (const QLabel* each : window_.findChildren<QLabel*>()) add(each, each->text());
-    add(field(), field()->text());
-    std::stable_sort(all.begin(), all.end(),
-                     [](const Shown& one, const Shown& other) { return one.order < other.order; });
-    std::vector<std::string> texts;
-    for (const Shown& each : all) texts.push_back(each.text);
-    return texts;
 }
 
 QWidget* ShownWindow::label(const std::string& text) const {

@@ -1,4 +1,4 @@
-// The main view in a real window, with scripted services behind it, looked at by what is to be seen in it.
+// The main view in a real window, with fakes behind it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,6 +19,9 @@ namespace window_test {
 
 [[nodiscard]] HardwareInfo record(const std::string& processor = "Apple M1 Pro");
 
+// The application's window, with this view in it.
+[[nodiscard]] platform::WindowGroup sceneOf(const ContentView& view);
+
 // A record whose every text is that long.
 [[nodiscard]] HardwareInfo recordOfLength(std::size_t length);
 
@@ -30,10 +33,7 @@ class ShownWindow : public testing::Test {
     // Carries out everything that is due: the next frame, and what is posted to it.
     static void settle();
 
-    // Every text to be seen, from top to bottom and leading to trailing: labels, the field's text, a button's label.
-    [[nodiscard]] std::vector<std::string> texts() const;
-
-    // Null while there is none such.
+    // Null while there is none.
     [[nodiscard]] QWidget* label(const std::string& text) const;
     [[nodiscard]] QAbstractButton* button(const std::string& text) const;
     [[nodiscard]] QLineEdit* field() const;

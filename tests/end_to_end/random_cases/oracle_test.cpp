@@ -23,12 +23,12 @@ Case aMac() {
             .body = ""};
 }
 
-TEST(Oracle, OfAMacIsItsFiveValues) {
+TEST(Oracle, GivesTheFiveValuesOfAMac) {
     EXPECT_EQ(expectedBehaviour(aMac(), base).values,
               (Lines{"macOS", "Apple M1 Pro Max", "Apple M1 GPU 4GB", "16 GB DDR4", "494 GB SSD"}));
 }
 
-TEST(Oracle, OfAnIntelMacLeavesTheOverviewAlone) {
+TEST(Oracle, IgnoresTheOverviewOfAnIntelMac) {
     Case round = aMac();
     round.brand = "Intel(R) Core(TM) i7\n";
     round.disk = "Filesystem Size\n/dev/disk1 466Gi\n";
@@ -36,14 +36,14 @@ TEST(Oracle, OfAnIntelMacLeavesTheOverviewAlone) {
     EXPECT_EQ(expectedBehaviour(round, base).values[4], "512 GB SSD");
 }
 
-TEST(Oracle, OfOutputsThatAreNoTextAreTheFallbacks) {
+TEST(Oracle, GivesTheFallbacksForOutputsThatAreNoText) {
     Case round = aMac();
     round.brand = round.overview = round.memory = round.displays = round.disk = "\xFF";
     EXPECT_EQ(expectedBehaviour(round, base).values,
               (Lines{"macOS", "Unknown", "Unknown 4GB", "8 GB DDR4", "512 GB SSD"}));
 }
 
-TEST(Oracle, OfASuccessIsThePageAndTheEnd) {
+TEST(Oracle, OpensThePageAndEndsAfterASuccess) {
     Case round = aMac();
     round.members["hardware_id"] = "42";
     round.members["redirect_url"] = "\"/results\"";
@@ -56,7 +56,7 @@ TEST(Oracle, OfASuccessIsThePageAndTheEnd) {
     EXPECT_TRUE(expected.ends);
 }
 
-TEST(Oracle, OfARefusalIsItsReason) {
+TEST(Oracle, GivesTheReasonOfARefusal) {
     Case round = aMac();
     round.status = 500;
     round.members = {{"success", "false"}, {"error", "\"disk full\""}};
@@ -70,7 +70,7 @@ TEST(Oracle, OfARefusalIsItsReason) {
     EXPECT_FALSE(expected.ends);
 }
 
-TEST(Oracle, OfAnAddressWithASlashDoublesIt) {
+TEST(Oracle, DoublesASlashAtTheEndOfTheAddress) {
     Case round = aMac();
     round.addressTail = "/";
     EXPECT_EQ(expectedBehaviour(round, base).target, "//save-detected-hardware/");
@@ -82,7 +82,7 @@ TEST(CaseGenerator, DrawsTheSameCasesFromTheSameSeed) {
     for (int round = 0; round < 20; ++round) EXPECT_EQ(literalOf(one.next()), literalOf(other.next()));
 }
 
-TEST(CaseGenerator, FindsSomethingToTakeAwayFromEachCaseButTheLeast) {
+TEST(CaseGenerator, MakesEachCaseSimpler) {
     CaseGenerator generator(7);
     for (int round = 0; round < 20; ++round) {
         const Case drawn = generator.next();

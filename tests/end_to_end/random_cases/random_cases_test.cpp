@@ -14,12 +14,6 @@
 namespace end_to_end {
 namespace {
 
-using testSupport::answerBytes;
-using testSupport::RecordedRequest;
-using testSupport::Script;
-using testSupport::ScriptedServer;
-using testSupport::Send;
-
 constexpr int roundsOfEach = 100;
 
 std::string printed(const std::vector<std::string>& lines) {

@@ -123,16 +123,6 @@ std::vector<Element> Element::children() const {
     return children;
 }
 
-std::optional<Point> Element::middle() const {
-    const auto component = owned(atspi_accessible_get_component_iface(accessible_.get()));
-    if (!component) return std::nullopt;
-    AtspiRect* const place = atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, nullptr);
-    if (place == nullptr) return std::nullopt;
-    const Point middle{place->x + place->width / 2, place->y + place->height / 2};
-    g_free(place);
-    return middle;
-}
-
 bool Element::press() const {
     const auto action = owned(atspi_accessible_get_action_iface(accessible_.get()));
     if (!action) return false;

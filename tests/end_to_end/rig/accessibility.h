@@ -11,7 +11,6 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/end_to_end/rig/mouse.h"
 #include "tests/end_to_end/rig/patience.h"
 
 struct _AtspiAccessible;
@@ -34,8 +33,6 @@ class Element {
     bool focused() const;
     bool showing() const;
     std::vector<Element> children() const;
-
-    std::optional<Point> middle() const;  // on the screen; absent for what has no place there
 
     // Presses a button. True when the program took the order; what the button does comes later.
     bool press() const;

@@ -60,14 +60,4 @@ bool Keyboard::press(std::string_view chord) {
     return strike(connection_->display.get(), keysFor(connection_->display.get(), symbols));
 }
 
-bool Keyboard::type(std::string_view text) {
-    for (const char character : text) {
-        // In the range of ASCII, a symbol's number is the character's.
-        const KeySym symbol = static_cast<unsigned char>(character);
-        if (symbol < 0x20 || symbol > 0x7e) return false;
-        if (!strike(connection_->display.get(), keysFor(connection_->display.get(), {symbol}))) return false;
-    }
-    return true;
-}
-
 }  // namespace end_to_end

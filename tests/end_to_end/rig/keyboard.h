@@ -18,9 +18,6 @@ class Keyboard {
     // False when the keyboard has no such key.
     bool press(std::string_view chord);
 
-    // Text that a US keyboard can type. False at the first character that it cannot.
-    bool type(std::string_view text);
-
   private:
     struct Connection;
     std::unique_ptr<Connection> connection_;

@@ -61,13 +61,6 @@ void ScriptedMachine::script(const std::string& command, std::string_view shellT
     fs::permissions(file, fs::perms(0755));
 }
 
-void ScriptedMachine::makeMissing(const std::string& command) { fs::remove(fileOf(command)); }
-
-void ScriptedMachine::makeNotExecutable(const std::string& command) {
-    script(command, "");
-    fs::permissions(fileOf(command), fs::perms(0644));
-}
-
 void ScriptedMachine::hold(const std::string& command) {
     auto& gate = gates_[command];
     if (!gate) gate = std::make_unique<Fifo>(gateOf(command));

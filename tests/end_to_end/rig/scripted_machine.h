@@ -30,9 +30,6 @@ class ScriptedMachine {
     // From its next run on, the command does what `shellText` says: for sh(1), its arguments in "$@".
     void script(const std::string& command, std::string_view shellText);
 
-    void makeMissing(const std::string& command);
-    void makeNotExecutable(const std::string& command);
-
     // Each later run of a scripted command hangs after it has been recorded.
     void hold(const std::string& command);
 

@@ -39,43 +39,24 @@ Calls callsIn(const std::string& bytes) {
 
 }  // namespace
 
-ScriptedOpener::ScriptedOpener() : record_(folder_.path() / "record"), gate_(folder_.path() / "gate") {
-    fs::create_directory(folder_.path() / "bin");
-    exitWith(0);
+ScriptedOpener::ScriptedOpener() : record_(folder_.path() / "record") {
+    const fs::path file = folder_.path() / "bin" / "xdg-open";
+    fs::create_directory(file.parent_path());
+    std::ofstream script(file);
+    script << "#!/bin/sh\nprintf '%s\\0' \"$#\" \"$@\" > '" << record_.path().string() << "'\n" << std::flush;
+    if (!script.good()) {
+        std::perror(file.c_str());
+        std::abort();
+    }
+    fs::permissions(file, fs::perms(0755));
 }
 
-void ScriptedOpener::exitWith(int status) { become("exit " + std::to_string(status)); }
-
-void ScriptedOpener::hang() { become("read -r ticket < '" + gate_.path().string() + "'"); }
-
-void ScriptedOpener::makeMissing() { fs::remove(file()); }
-
-std::string ScriptedOpener::searchPath() const {
-    const std::string own = file().parent_path();
-    return fs::exists(file()) ? own + ":/usr/bin:/bin" : own;
-}
+std::string ScriptedOpener::searchPath() const { return (folder_.path() / "bin").string() + ":/usr/bin:/bin"; }
 
 std::vector<std::vector<std::string>> ScriptedOpener::calls() { return callsIn(record_.bytes()); }
 
 bool ScriptedOpener::waitForCalls(std::size_t count, std::chrono::milliseconds limit) {
     return record_.waitUntil([&](const std::string& bytes) { return callsIn(bytes).size() >= count; }, limit);
 }
-
-void ScriptedOpener::become(const std::string& lastLine) const {
-    const fs::path draft = folder_.path() / "draft";
-    std::ofstream script(draft);
-    script << "#!/bin/sh\n"
-           << "printf '%s\\0' \"$#\" \"$@\" > '" << record_.path().string() << "'\n"
-           << lastLine << "\n";
-    script.close();
-    if (!script.good()) {
-        std::perror(draft.c_str());
-        std::abort();
-    }
-    fs::permissions(draft, fs::perms(0755));
-    fs::rename(draft, file());
-}
-
-fs::path ScriptedOpener::file() const { return folder_.path() / "bin" / "xdg-open"; }
 
 }  // namespace end_to_end

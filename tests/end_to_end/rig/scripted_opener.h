@@ -11,18 +11,12 @@
 
 namespace end_to_end {
 
-// Succeeds at once unless told otherwise. What it does can be changed at any time. Make it before the program and keep
-// it for longer.
+// Succeeds at once. Make it before the program and keep it for longer.
 class ScriptedOpener {
   public:
     ScriptedOpener();
 
-    void exitWith(int status);
-    void hang();  // until this object goes
-    void makeMissing();
-
-    // For the program's PATH. While the opener is missing, nothing of this machine is to be found by it either; so make
-    // it missing before asking.
+    // For the program's PATH.
     std::string searchPath() const;
 
     // The arguments of each call so far, byte for byte.
@@ -30,12 +24,8 @@ class ScriptedOpener {
     bool waitForCalls(std::size_t count, std::chrono::milliseconds limit = patience);
 
   private:
-    void become(const std::string& lastLine) const;
-    std::filesystem::path file() const;
-
     ScratchFolder folder_;
     Fifo record_;
-    Fifo gate_;
 };
 
 }  // namespace end_to_end
