@@ -24,7 +24,7 @@ std::optional<std::string> shell(const std::string& text) {
     return standardOutputOf("/bin/sh", arguments);
 }
 
-std::string commandIn(const TemporaryFolder& folder, const std::string& text, unsigned mode) {
+std::string commandIn(const TemporaryFolder& folder, const std::string& text, mode_t mode) {
     const std::filesystem::path file = folder.path() / "command";
     std::ofstream(file) << text;
     chmod(file.c_str(), mode);
