@@ -14,14 +14,13 @@ using platform::log;
 
 namespace {
 
-void logLongAndShortLinesFromThreads() {
+void logManyLongLinesFromThreads() {
     std::vector<std::thread> threads;
-    for (const char letter : {'a', 'b', 'c', 'd'}) {
+    for (const char letter : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
         threads.emplace_back([letter] {
-            for (int line = 0; line < 5; ++line) {
-                log(std::string(200'000, letter));
-                log(std::string(1, letter));
-            }
+            log(std::string(200'000, letter));
+            const std::string half(5'000, letter);
+            for (int line = 0; line < 500; ++line) log(half, half);
         });
     }
     for (std::thread& thread : threads) thread.join();
@@ -42,8 +41,8 @@ int main(int, char** argv) {
         log("\x1B[2J\r", "\x7F \t \xC2\x9B \xC3\xA9");
     } else if (what == "line-endings") {
         log("CR LF\r\n", "LF\nCR\rLF CR\n\r");
-    } else if (what == "long-and-short") {
-        logLongAndShortLinesFromThreads();
+    } else if (what == "many-long-lines") {
+        logManyLongLinesFromThreads();
     } else if (what == "strangers") {
         std::printf("printed\n");
         std::fflush(stdout);

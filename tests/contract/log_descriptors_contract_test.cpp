@@ -60,18 +60,18 @@ TEST(LogDescriptors, ALineLostOnAFullDiskIsNotWrittenLater) {
     EXPECT_EQ(result.output, "kept\n");
 }
 
-TEST(LogDescriptors, LinesLongerThanAPipeHoldsComeWhole) {
-    std::istringstream lines(shell(CHILD_PATH " long-and-short").output);
+TEST(LogDescriptors, LinesOfSeveralThreadsComeWhole) {
+    std::istringstream lines(shell(CHILD_PATH " many-long-lines").output);
     std::map<std::pair<std::size_t, char>, int> counts;
     for (std::string line; std::getline(lines, line);) {
         ASSERT_FALSE(line.empty());
         ASSERT_EQ(line.find_first_not_of(line.at(0)), std::string::npos);
         ++counts[{line.size(), line.at(0)}];
     }
-    EXPECT_EQ(counts.size(), 8U);
-    for (const char letter : {'a', 'b', 'c', 'd'}) {
-        EXPECT_EQ((counts[{200'000, letter}]), 5) << letter;
-        EXPECT_EQ((counts[{1, letter}]), 5) << letter;
+    EXPECT_EQ(counts.size(), 16U);
+    for (const char letter : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
+        EXPECT_EQ((counts[{200'000, letter}]), 1) << letter;  // More than a pipe holds.
+        EXPECT_EQ((counts[{10'000, letter}]), 500) << letter;
     }
 }
 

@@ -53,6 +53,15 @@ TEST_F(WindowContinuity, TheFieldKeepsItsUndoHistory) {
     EXPECT_EQ(view_.websiteUrl.get(), "first");
 }
 
+TEST_F(WindowContinuity, EveryKeystrokeIsKept) {
+    field()->setFocus();
+    field()->selectAll();
+    QTest::keyClicks(field(), "ab");
+    EXPECT_EQ(view_.websiteUrl.get(), "ab");
+    QTest::keyClicks(field(), "c");
+    EXPECT_EQ(view_.websiteUrl.get(), "abc");
+}
+
 TEST_F(WindowContinuity, AHalfComposedCharacterStays) {
     field()->setFocus();
     field()->clear();
