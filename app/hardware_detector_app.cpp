@@ -4,10 +4,10 @@
 #include "platform/application.h"
 #include "platform/log.h"
 
-platform::WindowGroup HardwareDetectorApp::body() const {
+platform::WindowDescription HardwareDetectorApp::body() const {
     return {.name = "Hardware Detector", .width = 600, .height = 500, .content = [] {
                 const ContentView view;
-                return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
+                return platform::WindowDescription::Content{[view] { return view.body(); }, view.changes};
             }};
 }
 

@@ -7,17 +7,18 @@
 
 #include "app/content_view.h"
 #include "hardware/hardware_detector.h"
-#include "platform/qt/accessible_elements.h"
-#include "platform/qt/window_qt.h"
+#include "platform/qt/window/accessible_elements.h"
+#include "platform/qt/window/main_window.h"
 #include "tests/fakes/fakes.h"
 
 namespace {
 
 struct ShownView {
     ContentView view;
-    platform::Window window{{.name = "Hardware Detector", .width = 600, .height = 500, .content = [view = view] {
-                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
-                             }}};
+    platform::MainWindow window{
+        {.name = "Hardware Detector", .width = 600, .height = 500, .content = [view = view] {
+             return platform::WindowDescription::Content{[view] { return view.body(); }, view.changes};
+         }}};
 
     ShownView() {
         window.show();

@@ -225,8 +225,8 @@ class Cell {
 };
 
 // A window of fixed content size without title bar, moved by its background. How it is closed, whether the application
-// ends with it, and how it is opened again, are the system's customs.
-struct WindowGroup {
+// ends with it, and how it is opened again, are the desktop's conventions.
+struct WindowDescription {
     struct Content {
         std::function<View()> body;  // The newest view. Called on the main thread at each change.
         ChangeNotifier changes;      // Says when there is a newer one.

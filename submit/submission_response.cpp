@@ -4,11 +4,11 @@
 #include <new>
 #include <string_view>
 
+#include "platform/browser.h"
 #include "platform/dispatch.h"
 #include "platform/json.h"
 #include "platform/log.h"
 #include "platform/text.h"
-#include "platform/workspace.h"
 #include "submit/page_to_open.h"
 
 using platform::log;

@@ -1,4 +1,4 @@
-#include "platform/device_registry.h"
+#include "platform/machine_uuid.h"
 #include "platform/user_defaults.h"
 #include "platform/uuid.h"
 #include "tracking/app_tracker.h"

@@ -164,7 +164,7 @@ TEST_F(ContentViewBody, TheAppearHookReportsWithTheAddressUnchanged) {
 }
 
 TEST(HardwareDetectorAppWindow, Is600By500) {
-    const platform::WindowGroup scene = HardwareDetectorApp().body();
+    const platform::WindowDescription scene = HardwareDetectorApp().body();
     EXPECT_EQ(scene.width, 600);
     EXPECT_EQ(scene.height, 500);
     EXPECT_NE(outlineOf(scene.content().body()).find(websiteBaseUrl()), std::string::npos);
@@ -172,8 +172,8 @@ TEST(HardwareDetectorAppWindow, Is600By500) {
 
 TEST(HardwareDetectorAppWindow, EachOneThatOpensHasAFreshMainView) {
     fakes::reset();
-    const platform::WindowGroup scene = HardwareDetectorApp().body();
-    const platform::WindowGroup::Content first = scene.content();
+    const platform::WindowDescription scene = HardwareDetectorApp().body();
+    const platform::WindowDescription::Content first = scene.content();
     fieldIn(first.body())->onChange("typed");
     EXPECT_EQ(fieldIn(first.body())->text, "typed");
     EXPECT_EQ(fieldIn(scene.content().body())->text, websiteBaseUrl());

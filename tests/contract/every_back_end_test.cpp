@@ -11,14 +11,14 @@
 #include <set>
 #include <thread>
 
+#include "platform/browser.h"
 #include "platform/date.h"
-#include "platform/device_registry.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
+#include "platform/machine_uuid.h"
 #include "platform/process.h"
 #include "platform/user_defaults.h"
 #include "platform/uuid.h"
-#include "platform/workspace.h"
 
 using namespace platform;
 
@@ -114,7 +114,7 @@ TEST(EveryProcess, GivesWhatACommandPrintsAndNothingWhenThereIsNoCommand) {
     EXPECT_EQ(standardOutputOf("/nowhere/at/all", arguments), std::nullopt);
 }
 
-TEST(EveryWorkspace, SaysWhetherTheDesktopTookThePageAndRefusesWhatHasNoScheme) {
+TEST(EveryBrowser, SaysWhetherTheDesktopTookThePageAndRefusesWhatHasNoScheme) {
     const Url page = Url::parse("http://e.example/").value();
     everyBackEnd::openPages(false);
     EXPECT_FALSE(openInBrowser(page));
@@ -125,7 +125,7 @@ TEST(EveryWorkspace, SaysWhetherTheDesktopTookThePageAndRefusesWhatHasNoScheme) 
     }
 }
 
-TEST(EveryDeviceRegistry, SaysTheSameAtEachCall) { EXPECT_EQ(platformUuid(), platformUuid()); }
+TEST(EveryMachineUuid, SaysTheSameAtEachCall) { EXPECT_EQ(platformUuid(), platformUuid()); }
 
 TEST(EveryRandomUuid, IsOfVersion4InUpperCaseAndAnotherOneEachTimeOnAnyThread) {
     const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");

@@ -5,13 +5,13 @@
 #include <thread>
 
 #include "platform/application.h"
+#include "platform/browser.h"
 #include "platform/date.h"
-#include "platform/device_registry.h"
 #include "platform/log.h"
+#include "platform/machine_uuid.h"
 #include "platform/process.h"
 #include "platform/user_defaults.h"
 #include "platform/uuid.h"
-#include "platform/workspace.h"
 
 namespace fakes {
 
@@ -112,7 +112,7 @@ bool openInBrowser(const Url& url) {
     return machine().opensPages;
 }
 
-void application::run(const WindowGroup&) { std::abort(); }
+void application::run(const WindowDescription&) { std::abort(); }
 
 void application::terminate() { ++machine().terminations; }
 

@@ -34,14 +34,14 @@ struct Machine {
     std::function<HttpAnswer(const platform::HttpRequest&)> website = [](const auto&) { return failed("no website"); };
     std::vector<platform::HttpRequest> requests;
 
-    // workspace.h
+    // browser.h
     bool opensPages = true;
     std::vector<std::string> pagesAsked;
 
     // application.h
     int terminations = 0;
 
-    // device_registry.h and uuid.h
+    // machine_uuid.h and uuid.h
     std::optional<std::string> platformUuid = "PLATFORM-UUID";
     int registryQueries = 0;
     int randomUuids = 0;  // 00000000-0000-4000-8000-000000000001, ...000002

@@ -18,7 +18,7 @@ from mutations import mutations
 PRODUCT = ["app", "hardware", "submit", "tracking", "platform"]
 # The folders of tests, the fastest first. The one nearest to the mistake goes before all others.
 TESTS = ["hardware", "submit", "tracking", "app", "mac", "window", "contract", "end_to_end"]
-NEAREST = {"platform/qt": "window", "platform/qt/widgets": "window", "platform/mac": "mac", "platform": "contract"}
+NEAREST = {"platform/qt/window": "window", "platform/qt/window/widgets": "window", "platform/mac": "mac", "platform": "contract"}
 # A test that takes minutes, and repetitions beyond the first.
 LEFT_OUT = ["FourTimesFifty", "FiveTimesAHundred/RandomCases.*/[1-4]"]
 BUILD_SECONDS, FOLDER_SECONDS, TEST_SECONDS = 900, 1800, 150

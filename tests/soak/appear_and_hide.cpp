@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "app/content_view.h"
-#include "platform/qt/accessible_elements.h"
-#include "platform/qt/window_qt.h"
+#include "platform/qt/window/accessible_elements.h"
+#include "platform/qt/window/main_window.h"
 
 namespace {
 
@@ -24,9 +24,10 @@ int main(int argc, char** argv) {
     QApplication toolkit(argc, argv);
     platform::installAccessibleElements();
     const ContentView view;
-    platform::Window window({.name = "Soak", .width = 600, .height = 500, .content = [view] {
-                                 return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
-                             }});
+    platform::MainWindow window(
+        {.name = "Soak", .width = 600, .height = 500, .content = [view] {
+             return platform::WindowDescription::Content{[view] { return view.body(); }, view.changes};
+         }});
     FirstFrame frame;
     window.installEventFilter(&frame);
     const int rounds = std::atoi(argv[1]);

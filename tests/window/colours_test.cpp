@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/qt/widgets/palette.h"
+#include "platform/qt/window/widgets/colors_and_fonts.h"
 #include "tests/window/appearance.h"
 #include "tests/window/scenes.h"
 

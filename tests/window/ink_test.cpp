@@ -5,7 +5,7 @@
 #include <QStyleHints>
 #include <QTest>
 
-#include "platform/qt/widgets/text_label.h"
+#include "platform/qt/window/widgets/text_label.h"
 #include "tests/window/appearance.h"
 #include "tests/window/scenes.h"
 

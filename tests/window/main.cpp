@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
-#include "platform/qt/accessible_elements.h"
+#include "platform/qt/window/accessible_elements.h"
 #include "tests/window/appearance.h"
 
 int main(int argc, char** argv) {

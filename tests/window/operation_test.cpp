@@ -244,7 +244,7 @@ TEST_F(WindowOperation, RepaintingReportsNothing) {
 
 TEST(WindowAppearance, ComesAfterTheFirstFrame) {
     fakes::reset();
-    platform::Window window(sceneOf(ContentView()));
+    platform::MainWindow window(sceneOf(ContentView()));
     Witness witness(QEvent::Paint, "painted");
     window.installEventFilter(&witness);
     window.show();
@@ -257,7 +257,7 @@ TEST(WindowAppearance, ComesAfterTheFirstFrame) {
 
 TEST(WindowAppearance, WaitsUntilTheWindowSystemHasExposedTheWindow) {
     fakes::reset();
-    platform::Window window(sceneOf(ContentView()));
+    platform::MainWindow window(sceneOf(ContentView()));
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();
     window.update();

@@ -5,8 +5,8 @@
 #include <QPixmap>
 #include <tuple>
 
-#include "platform/qt/widgets/box.h"
-#include "platform/qt/widgets/spinner.h"
+#include "platform/qt/window/widgets/box.h"
+#include "platform/qt/window/widgets/spinner.h"
 #include "tests/window/appearance.h"
 #include "tests/window/scenes.h"
 

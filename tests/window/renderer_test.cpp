@@ -5,8 +5,8 @@
 #include <QLabel>
 #include <QTest>
 
-#include "platform/qt/widgets/palette.h"
-#include "platform/qt/window_qt.h"
+#include "platform/qt/window/main_window.h"
+#include "platform/qt/window/widgets/colors_and_fonts.h"
 
 using namespace platform;
 
@@ -18,10 +18,10 @@ class Renderer : public testing::Test {
     void show(View view) {
         view_ = std::move(view);
         if (window_ == nullptr) {
-            window_ = std::make_unique<Window>(
-                WindowGroup{.name = "Test", .width = 600, .height = 500, .content = [this] {
-                                return WindowGroup::Content{[this] { return view_; }, changes_};
-                            }});
+            window_ = std::make_unique<MainWindow>(
+                WindowDescription{.name = "Test", .width = 600, .height = 500, .content = [this] {
+                                      return WindowDescription::Content{[this] { return view_; }, changes_};
+                                  }});
             window_->show();
         } else {
             changes_.notify();
@@ -60,7 +60,7 @@ class Renderer : public testing::Test {
 
     ChangeNotifier changes_;
     View view_ = View(Nothing{});
-    std::unique_ptr<Window> window_;
+    std::unique_ptr<MainWindow> window_;
 };
 
 View text(const std::string& words) { return View(Text{.text = words}); }

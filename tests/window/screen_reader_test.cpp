@@ -4,7 +4,7 @@
 #include <QTest>
 #include <algorithm>
 
-#include "platform/qt/widgets/spoken_group.h"
+#include "platform/qt/window/widgets/spoken_group.h"
 #include "tests/window/shown_window.h"
 
 namespace window_test {

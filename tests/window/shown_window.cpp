@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <QTest>
 
-#include "platform/qt/widgets/box.h"
+#include "platform/qt/window/widgets/box.h"
 
 namespace window_test {
 
@@ -27,9 +27,9 @@ HardwareInfo recordOfLength(std::size_t length) {
     return {text, text, text, INT64_MIN, text, 2666, INT64_MAX, text, text, INT64_MIN};
 }
 
-platform::WindowGroup sceneOf(const ContentView& view) {
+platform::WindowDescription sceneOf(const ContentView& view) {
     return {.name = "Hardware Detector", .width = 600, .height = 500, .content = [view] {
-                return platform::WindowGroup::Content{[view] { return view.body(); }, view.changes};
+                return platform::WindowDescription::Content{[view] { return view.body(); }, view.changes};
             }};
 }
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "app/content_view.h"
-#include "platform/qt/window_qt.h"
+#include "platform/qt/window/main_window.h"
 #include "tests/fakes/fakes.h"
 
 namespace window_test {
@@ -20,7 +20,7 @@ namespace window_test {
 [[nodiscard]] HardwareInfo record(const std::string& processor = "Apple M1 Pro");
 
 // The application's window, with this view in it.
-[[nodiscard]] platform::WindowGroup sceneOf(const ContentView& view);
+[[nodiscard]] platform::WindowDescription sceneOf(const ContentView& view);
 
 // A record whose every text is that long.
 [[nodiscard]] HardwareInfo recordOfLength(std::size_t length);
@@ -51,7 +51,7 @@ class ShownWindow : public testing::Test {
     void banner(ContentView::StatusType type, const std::string& message);
 
     ContentView view_;
-    platform::Window window_;
+    platform::MainWindow window_;
 };
 
 }  // namespace window_test

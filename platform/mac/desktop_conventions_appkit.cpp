@@ -1,0 +1,38 @@
+// Windows on macOS: the title bar is there, for its three buttons and to be dragged by, and not to be seen; the menu
+// bar has the keys; the application goes on without its window, which its icon in the Dock opens again.
+#include "platform/qt/window/desktop_conventions.h"
+
+#include <QWidget>
+
+#include "platform/mac/menu_bar.h"
+#include "platform/mac/objective_c.h"
+
+namespace platform::desktopConventions {
+
+namespace {
+
+// As AppKit declares them: NSWindowTitleHidden, and, since macOS 11, NSTitlebarSeparatorStyleNone.
+constexpr long titleHidden = 1;
+constexpr long noSeparator = 1;
+
+}  // namespace
+
+void dress(QWidget& window) {
+    const id view = reinterpret_cast<id>(window.winId());
+    const id native = objectiveC::send<id>(view, "window");
+    // The content stays below the title bar, which shows the window's own background.
+    objectiveC::send(native, "setTitleVisibility:", titleHidden);
+    objectiveC::send(native, "setTitlebarAppearsTransparent:", static_cast<BOOL>(YES));
+    if (objectiveC::responds(native, "setTitlebarSeparatorStyle:")) {
+        objectiveC::send(native, "setTitlebarSeparatorStyle:", noSeparator);
+    }
+}
+
+void addMenus() {
+    static QMenuBar* const menuBar = makeMenuBar();  // As long as the application.
+    static_cast<void>(menuBar);
+}
+
+bool applicationEndsWithItsWindow() { return false; }
+
+}  // namespace platform::desktopConventions

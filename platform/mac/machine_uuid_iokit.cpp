@@ -1,0 +1,34 @@
+// The machine's UUID in the I/O Registry.
+#include "platform/machine_uuid.h"
+
+#include <IOKit/IOKitLib.h>
+
+#include "platform/mac/core_foundation.h"
+
+// Since macOS 12 the port goes by another name, which older systems do not have.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+namespace platform {
+
+namespace {
+
+coreFoundation::Owned<CFTypeRef> platformUuidProperty() {
+    // The look-up takes the dictionary over, so it is not ours to release; without one, it finds nothing by itself.
+    const io_service_t platformExpert =
+        IOServiceGetMatchingService(kIOMasterPortDefault, IOServiceMatching("IOPlatformExpertDevice"));
+    if (platformExpert == IO_OBJECT_NULL) return {};
+    coreFoundation::Owned<CFTypeRef> property(
+        IORegistryEntryCreateCFProperty(platformExpert, CFSTR("IOPlatformUUID"), kCFAllocatorDefault, 0));
+    IOObjectRelease(platformExpert);
+    return property;
+}
+
+}  // namespace
+
+std::optional<std::string> platformUuid() {
+    const coreFoundation::Owned<CFTypeRef> property = platformUuidProperty();
+    if (!coreFoundation::isString(property.get())) return std::nullopt;
+    return coreFoundation::utf8(static_cast<CFStringRef>(property.get()));
+}
+
+}  // namespace platform

@@ -1,0 +1,22 @@
+// Windows without a frame, for desktops of X11 and Wayland. There are no menus, so the window itself has the usual
+// keys.
+#include "platform/qt/window/desktop_conventions.h"
+
+#include <QShortcut>
+#include <QWidget>
+
+namespace platform::desktopConventions {
+
+void dress(QWidget& window) {
+    window.setWindowFlag(Qt::FramelessWindowHint);
+    for (const Qt::Key key : {Qt::Key_Q, Qt::Key_W}) {
+        QObject::connect(new QShortcut(QKeySequence(Qt::CTRL | key), &window), &QShortcut::activated, &window,
+                         &QWidget::close);
+    }
+}
+
+void addMenus() {}
+
+bool applicationEndsWithItsWindow() { return true; }
+
+}  // namespace platform::desktopConventions

@@ -1,0 +1,94 @@
+#include "platform/qt/window/main_window.h"
+
+#include <QMouseEvent>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include "platform/qt/window/desktop_conventions.h"
+
+namespace platform {
+
+MainWindow::MainWindow(const WindowDescription& scene)
+    : QWidget(nullptr, Qt::Window),
+      content_(scene.content()),
+      shown_(content_.body()),
+      rendered_(shown_, this, surroundings()) {
+    content_.changes.observe([this] { renderSoon(); });
+    setWindowTitle(QString::fromStdString(scene.name));
+    setFixedSize(scene.width, scene.height);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(rendered_.widget());
+    desktopConventions::dress(*this);
+}
+
+MainWindow::~MainWindow() { content_.changes.observe({}); }
+
+RenderedView::Surroundings MainWindow::surroundings() {
+    return {.foreground = Color::primary, .afterInput = [this] { bringUpToDate(); }};
+}
+
+void MainWindow::renderSoon() {
+    if (std::exchange(isOutOfDate_, true)) return;
+    QMetaObject::invokeMethod(
+        this, [this] { bringUpToDate(); }, Qt::QueuedConnection);
+}
+
+void MainWindow::bringUpToDate() {
+    if (!std::exchange(isOutOfDate_, false)) return;
+    shown_ = content_.body();
+    if (rendered_.fits(shown_)) {
+        rendered_.update(shown_, surroundings());
+    } else {
+        rendered_.remove();
+        rendered_ = RenderedView(shown_, this, surroundings());
+        layout()->addWidget(rendered_.widget());
+    }
+}
+
+bool MainWindow::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::ApplicationFontChange) renderSoon();
+    return handled;
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (event->spontaneous()) return;  // Back from the task bar: it has been on screen all along.
+    appearsWithFirstFrame_ = true;
+    windowHandle()->installEventFilter(this);
+}
+
+// What the hook blocks, it blocks with the window there to be seen. Wayland shows no frame before it has said where,
+// and that can't be heard while the main thread is blocked. So the first frame counts as shown when the window system,
+// after it exposed the window, is ready for another one.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (appearsWithFirstFrame_ && watched == windowHandle() && windowHandle()->isExposed()) {
+        if (event->type() == QEvent::Expose) windowHandle()->requestUpdate();
+        if (event->type() == QEvent::UpdateRequest) {
+            appearsWithFirstFrame_ = false;
+            QMetaObject::invokeMethod(
+                this, [this] { appear(); }, Qt::QueuedConnection);
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MainWindow::appear() {
+    for (const Modifier& modifier : shown_.modifiers()) {
+        if (const auto* hook = std::get_if<OnAppear>(&modifier)) hook->action();
+    }
+}
+
+// Only presses that no element wanted come here: those on the background.
+void MainWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    if (windowHandle()->startSystemMove()) return;
+    grip_ = event->globalPosition().toPoint() - pos();  // No window manager that would move it for us.
+}
+
+void MainWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (grip_ && event->buttons().testFlag(Qt::LeftButton)) move(event->globalPosition().toPoint() - *grip_);
+}
+
+}  // namespace platform

@@ -1,0 +1,41 @@
+// The one window on the screen.
+#pragma once
+
+#include <QWidget>
+
+#include "platform/qt/window/view_renderer.h"
+#include "platform/ui.h"
+
+namespace platform {
+
+class MainWindow : public QWidget {
+  public:
+    explicit MainWindow(const WindowDescription& scene);
+
+    ~MainWindow() override;
+
+  protected:
+    bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+
+  private:
+    // A change brings the window up to date before its next frame, once for however many changes, and at the latest
+    // when the action that made it returns: more input may already wait, and is meant for what it then finds.
+    void renderSoon();
+    void bringUpToDate();
+
+    [[nodiscard]] RenderedView::Surroundings surroundings();
+    void appear();
+
+    WindowDescription::Content content_;
+    View shown_;
+    RenderedView rendered_;
+    bool isOutOfDate_ = false;
+    bool appearsWithFirstFrame_ = false;
+    std::optional<QPoint> grip_;  // Where the background is held while the window is moved by hand.
+};
+
+}  // namespace platform

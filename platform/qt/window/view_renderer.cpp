@@ -1,0 +1,261 @@
+#include "platform/qt/window/view_renderer.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "platform/qt/window/modifier_boxes.h"
+#include "platform/qt/window/widgets/action_button.h"
+#include "platform/qt/window/widgets/address_field.h"
+#include "platform/qt/window/widgets/box.h"
+#include "platform/qt/window/widgets/flexible_scroll_area.h"
+#include "platform/qt/window/widgets/spinner.h"
+#include "platform/qt/window/widgets/spoken_group.h"
+#include "platform/qt/window/widgets/symbol_icon.h"
+#include "platform/qt/window/widgets/text_label.h"
+
+namespace platform {
+
+namespace {
+
+template <typename Kind>
+const Kind* modifierOf(const View& view) {
+    const Kind* found = nullptr;
+    for (const Modifier& modifier : view.modifiers()) {
+        if (const auto* match = std::get_if<Kind>(&modifier)) found = match;
+    }
+    return found;
+}
+
+// Whether a view takes all the width it is offered, rather than what its content needs.
+bool fillsWidth(const View& view) {
+    std::optional<bool> asModified;  // By the last modifier that has a say.
+    for (const Modifier& modifier : view.modifiers()) {
+        if (std::holds_alternative<Frame>(modifier)) asModified = false;
+        if (std::holds_alternative<Stretch>(modifier)) asModified = true;
+    }
+    if (asModified) return *asModified;
+    const View::Element& element = view.element();
+    if (const auto* stack = std::get_if<Stack>(&element)) {
+        return std::any_of(stack->children.begin(), stack->children.end(), [stack](const View& child) {
+            const bool isHorizontalSpacer =
+                stack->axis == Axis::horizontal && std::holds_alternative<Spacer>(child.element());
+            return isHorizontalSpacer || fillsWidth(child);
+        });
+    }
+    if (const auto* button = std::get_if<Button>(&element)) return fillsWidth(button->label.front());
+    return std::holds_alternative<TextField>(element) || std::holds_alternative<ScrollArea>(element);
+}
+
+// All text in a view, for whoever hears it instead of seeing it.
+QString wordsOf(const View& view) {
+    if (const auto* text = std::get_if<Text>(&view.element())) return QString::fromStdString(text->text);
+    QStringList words;
+    if (const auto* stack = std::get_if<Stack>(&view.element())) {
+        for (const View& child : stack->children) words << wordsOf(child);
+    }
+    words.removeAll(QString());
+    return words.join(QLatin1Char(' '));
+}
+
+// Whether something in a view says that work is under way.
+bool isBusy(const View& view) {
+    if (const auto* stack = std::get_if<Stack>(&view.element())) {
+        return std::any_of(stack->children.begin(), stack->children.end(), isBusy);
+    }
+    return std::holds_alternative<ProgressIndicator>(view.element());
+}
+
+RenderedView::Surroundings inside(const View& view, RenderedView::Surroundings surroundings) {
+    if (const auto* foreground = modifierOf<Foreground>(view)) surroundings.foreground = foreground->color;
+    return surroundings;
+}
+
+// A copy of the field's description whose changes are followed by what has to come after them.
+TextField withChangeThen(TextField field, std::function<void()> after) {
+    field.onChange = [change = std::move(field.onChange), after = std::move(after)](const std::string& text) {
+        change(text);
+        after();
+    };
+    return field;
+}
+
+// What widgets are made for and keep for good, in numbers: the kinds of the element and of its modifiers, and how they
+// place their content.
+std::vector<int> shapeOf(const View& view) {
+    std::vector<int> shape{static_cast<int>(view.element().index()), static_cast<int>(fillsWidth(view))};
+    const auto add = [&shape](std::vector<int> numbers) { shape.insert(shape.end(), numbers.begin(), numbers.end()); };
+    if (const auto* stack = std::get_if<Stack>(&view.element())) {
+        add({static_cast<int>(stack->axis), static_cast<int>(stack->alignment), stack->spacing,
+             static_cast<int>(stack->children.size())});
+    } else if (const auto* button = std::get_if<Button>(&view.element())) {
+        add(shapeOf(button->label.front()));
+    } else if (const auto* area = std::get_if<ScrollArea>(&view.element())) {
+        add(shapeOf(area->content.front()));
+    }
+    for (const Modifier& modifier : view.modifiers()) {
+        add({static_cast<int>(modifier.index())});
+        if (const auto* stretch = std::get_if<Stretch>(&modifier)) add({static_cast<int>(stretch->alignment)});
+        if (const auto* frame = std::get_if<Frame>(&modifier)) add({frame->width, static_cast<int>(frame->alignment)});
+        if (const auto* spoken = std::get_if<Spoken>(&modifier)) add({static_cast<int>(spoken->announced)});
+    }
+    return shape;
+}
+
+QBoxLayout::Direction directionOf(const Stack& stack) {
+    return stack.axis == Axis::vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+}
+
+// For widgets with an accessible element of their own (accessible_elements.cpp). Newer versions of the toolkit make the
+// element as soon as the widget gets its parent, and before the constructor is through it is only a QWidget.
+template <typename Widget>
+Widget* placed(Widget* made, QWidget* parent) {
+    made->setParent(parent);
+    return made;
+}
+
+}  // namespace
+
+RenderedView::RenderedView(const View& view, QWidget* parent, const Surroundings& surroundings)
+    : shape_(shapeOf(view)) {
+    make(view, parent, inside(view, surroundings));
+    update(view, surroundings);
+}
+
+bool RenderedView::fits(const View& view) const { return shapeOf(view) == shape_; }
+
+void RenderedView::make(const View& view, QWidget* parent, const Surroundings& surroundings) {
+    const View::Element& element = view.element();
+    isEmptySlot_ = std::holds_alternative<Nothing>(element);
+    if (std::holds_alternative<Text>(element)) {
+        own_ = new TextLabel(parent);
+    } else if (std::holds_alternative<TextField>(element)) {
+        own_ = new AddressField(parent);
+    } else if (std::holds_alternative<ProgressIndicator>(element)) {
+        own_ = new Spinner(parent);
+    } else if (std::holds_alternative<Symbol>(element)) {
+        own_ = new SymbolIcon(parent);
+    } else if (const auto* stack = std::get_if<Stack>(&element)) {
+        const auto* spoken = modifierOf<Spoken>(view);
+        own_ = spoken != nullptr ? placed(new SpokenGroup(spoken->announced), parent) : new QWidget(parent);
+        makeStack(*stack, surroundings);
+    } else if (const auto* button = std::get_if<Button>(&element)) {
+        auto* made = placed(new ActionButton, parent);
+        own_ = made;
+        children_.emplace_back(button->label.front(), made, surroundings);
+        made->setLabel(children_.front().widget());
+    } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
+        auto* made = placed(new FlexibleScrollArea, parent);
+        own_ = made;
+        children_.emplace_back(area->content.front(), made->viewport(), surroundings);
+        made->setWidget(children_.front().widget());
+        made->widget()->installEventFilter(made);
+        made->widget()->setAutoFillBackground(false);
+    }
+
+    outermost_ = own_;
+    if (own_ == nullptr) return;
+    bool fills = fillsWidth(View(element));
+    for (const Layer& layer : layersOf(view.modifiers())) {
+        auto* box = new Box(parent);
+        box->setContent(outermost_, fills ? Qt::Alignment() : layer.alignment.value_or(Qt::Alignment()));
+        if (layer.width) box->setFixedWidth(*layer.width);
+        fills = !layer.width && (fills || layer.stretches);
+        boxes_.push_back(box);
+        outermost_ = box;
+    }
+}
+
+void RenderedView::makeStack(const Stack& stack, const Surroundings& surroundings) {
+    auto* layout = new QBoxLayout(directionOf(stack), own_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(stack.spacing);
+    children_.reserve(stack.children.size());
+    for (const View& child : stack.children) {
+        children_.emplace_back(child, own_, surroundings);
+        children_.back().insertInto(*layout, layout->count(), child, stack);
+    }
+    labelFields();
+}
+
+// A field that is called by the text before it has that text for its label.
+void RenderedView::labelFields() {
+    for (std::size_t slot = 1; slot < children_.size(); ++slot) {
+        auto* label = dynamic_cast<TextLabel*>(children_[slot - 1].own_);
+        auto* field = dynamic_cast<AddressField*>(children_[slot].own_);
+        if (label != nullptr && field != nullptr && label->text() == field->accessibleName()) label->setBuddy(field);
+    }
+}
+
+void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack) {
+    if (std::holds_alternative<Spacer>(view.element())) {
+        layout.insertStretch(index, 1);
+    } else if (outermost_ != nullptr) {
+        const bool vertical = stack.axis == Axis::vertical;
+        const bool fills = vertical && fillsWidth(view);
+        const Qt::Alignment across = vertical ? toolkitAlignment(stack.alignment) : Qt::AlignVCenter;
+        layout.insertWidget(index, outermost_, 0, fills ? Qt::Alignment() : across);
+    }
+}
+
+void RenderedView::updateStack(const Stack& stack, const Surroundings& surroundings) {
+    auto& layout = static_cast<QBoxLayout&>(*own_->layout());
+    int index = 0;  // Of the layout's items: empty slots have none.
+    for (std::size_t slot = 0; slot < stack.children.size(); ++slot) {
+        RenderedView& rendered = children_[slot];
+        const View& child = stack.children[slot];
+        if (rendered.fits(child)) {
+            rendered.update(child, surroundings);
+        } else {
+            if (!rendered.isEmptySlot_) delete layout.takeAt(index);
+            rendered.remove();
+            rendered = RenderedView(child, own_, surroundings);
+            rendered.insertInto(layout, index, child, stack);
+            if (rendered.widget() != nullptr) rendered.widget()->show();
+            labelFields();
+        }
+        if (!std::holds_alternative<Nothing>(child.element())) ++index;
+    }
+}
+
+void RenderedView::update(const View& view, const Surroundings& outer) {
+    const Surroundings surroundings = inside(view, outer);
+    const View::Element& element = view.element();
+    if (const auto* text = std::get_if<Text>(&element)) {
+        static_cast<TextLabel*>(own_)->setContent(*text, text->color.value_or(surroundings.foreground));
+    } else if (const auto* field = std::get_if<TextField>(&element)) {
+        static_cast<AddressField*>(own_)->setContent(withChangeThen(*field, surroundings.afterInput));
+    } else if (const auto* indicator = std::get_if<ProgressIndicator>(&element)) {
+        static_cast<Spinner*>(own_)->setContent(*indicator, surroundings.foreground);
+    } else if (const auto* symbol = std::get_if<Symbol>(&element)) {
+        static_cast<SymbolIcon*>(own_)->setContent(*symbol);
+    } else if (const auto* stack = std::get_if<Stack>(&element)) {
+        updateStack(*stack, surroundings);
+        if (auto* group = dynamic_cast<SpokenGroup*>(own_)) group->setWords(wordsOf(view));
+    } else if (const auto* button = std::get_if<Button>(&element)) {
+        auto* made = static_cast<ActionButton*>(own_);
+        const auto* disabled = modifierOf<Disabled>(view);
+        children_.front().update(button->label.front(), surroundings);
+        const auto pressed = [action = button->action, after = surroundings.afterInput] {
+            action();
+            after();
+        };
+        made->setContent(pressed, wordsOf(button->label.front()), isBusy(button->label.front()));
+        made->setDisabledInPlace(disabled != nullptr && disabled->disabled);
+    } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
+        own_->setMaximumHeight(area->maximumHeight);
+        own_->setAccessibleName(QString::fromStdString(area->accessibleName));
+        children_.front().update(area->content.front(), surroundings);
+    }
+
+    const std::vector<Layer> layers = layersOf(view.modifiers());
+    for (std::size_t box = 0; box < boxes_.size(); ++box) static_cast<Box*>(boxes_[box])->setLook(layers[box].look);
+}
+
+void RenderedView::remove() {
+    if (outermost_ == nullptr) return;
+    outermost_->hide();
+    outermost_->setParent(nullptr);
+    outermost_->deleteLater();  // It may be the very button whose press leads here.
+}
+
+}  // namespace platform

@@ -1,0 +1,70 @@
+#include "platform/qt/window/widgets/action_button.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace platform {
+
+ActionButton::ActionButton() {
+    setFocusPolicy(Qt::StrongFocus);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    connect(this, &QAbstractButton::clicked, this, [this] {
+        const auto action = action_;  // A copy: the action may lead to another one in its place.
+        if (action) action();
+    });
+    // The label's fill shows whether the button is held down.
+    connect(this, &QAbstractButton::pressed, this, [this] { update(); });
+    connect(this, &QAbstractButton::released, this, [this] { update(); });
+}
+
+void ActionButton::setLabel(QWidget* label) {
+    label->setAttribute(Qt::WA_TransparentForMouseEvents);
+    layout()->addWidget(label);
+}
+
+void ActionButton::setContent(std::function<void()> action, const QString& newText, bool isBusy) {
+    action_ = std::move(action);
+    if (isBusy != std::exchange(isBusy_, isBusy)) {
+        QAccessible::State changed;
+        changed.busy = true;
+        QAccessibleStateChangeEvent busyChanged(this, changed);
+        QAccessible::updateAccessibility(&busyChanged);
+    }
+    if (newText == text()) return;
+    setText(newText);
+    QAccessibleEvent renamed(this, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&renamed);
+}
+
+void ActionButton::setDisabledInPlace(bool isDisabled) {
+    if (isDisabled == !isEnabled()) return;
+    if (isDisabled && hasFocus()) {
+        waitsForFocus_ = true;
+        clearFocus();
+    }
+    setDisabled(isDisabled);
+    if (!isDisabled && std::exchange(waitsForFocus_, false) && window()->focusWidget() == nullptr) setFocus();
+}
+
+QSize ActionButton::sizeHint() const { return layout()->sizeHint(); }
+
+bool ActionButton::event(QEvent* event) {
+    // Return presses a focused button too, as people expect who never learnt about Space.
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
+            click();
+            return true;
+        }
+    }
+    return QAbstractButton::event(event);
+}
+
+// All there is to see is the label, which paints itself: box.cpp.
+void ActionButton::paintEvent(QPaintEvent*) {}
+
+}  // namespace platform

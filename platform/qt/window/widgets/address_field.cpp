@@ -1,0 +1,61 @@
+#include "platform/qt/window/widgets/address_field.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QSignalBlocker>
+#include <limits>
+
+#include "platform/qt/window/widgets/colors_and_fonts.h"
+
+namespace platform {
+
+namespace {
+
+constexpr int fieldHeight = 22;
+constexpr double borderRadius = 5;
+constexpr int textInset = 4;  // Beyond the two pixels that the toolkit keeps by itself.
+
+}  // namespace
+
+AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
+    setFrame(false);
+    setTextMargins(textInset, 0, textInset, 0);
+    setMaxLength(std::numeric_limits<int>::max());
+    setAttribute(Qt::WA_MacShowFocusRect, false);
+    // The background is painted here, rounded; the toolkit's own would lie over it, square.
+    QPalette clear = palette();
+    clear.setColor(QPalette::Base, Qt::transparent);
+    setPalette(clear);
+    // Not only what is typed: a screen reader or a paste menu sets the text as a whole.
+    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
+        const auto onChange = onChange_;  // A copy: the change may lead to another one in its place.
+        if (onChange) onChange(text.toStdString());
+    });
+}
+
+void AddressField::setContent(const TextField& field) {
+    onChange_ = field.onChange;
+    setFixedHeight(qRound(fieldHeight * textScale()));
+    if (const QFont newFont = toolkitFont(TextStyle::body, std::nullopt); newFont != font()) setFont(newFont);
+    setPlaceholderText(QString::fromStdString(field.placeholder));
+    setAccessibleName(QString::fromStdString(field.accessibleName));
+    const QString newText = QString::fromStdString(field.text);
+    if (newText == text()) return;
+    const QSignalBlocker noEcho(this);
+    setText(newText);
+}
+
+void AddressField::paintEvent(QPaintEvent* event) {
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QColor border = hasFocus() ? toolkitColor(Color::blue, palette()) : toolkitColor(Color::gray, palette());
+        painter.setPen(QPen(border, hasFocus() ? 2 : 1));
+        painter.setBrush(QApplication::palette().brush(QPalette::Base));
+        const double inset = hasFocus() ? 1 : 0.5;
+        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), borderRadius, borderRadius);
+    }
+    QLineEdit::paintEvent(event);
+}
+
+}  // namespace platform

@@ -1,0 +1,96 @@
+#include "platform/qt/window/widgets/flexible_scroll_area.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "platform/qt/window/widgets/colors_and_fonts.h"
+
+namespace platform {
+
+namespace {
+
+constexpr int smallestHeight = 24;  // Still shows a line of text.
+constexpr int lineHeight = 28;      // What one press of an arrow key moves: about a row.
+
+// Lies over everything in the area, mouse and all going through.
+class FocusRing : public QWidget {
+  public:
+    explicit FocusRing(QWidget* area) : QWidget(area) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        hide();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        constexpr double width = 2;
+        constexpr double radius = 8;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(toolkitColor(Color::blue, palette()), width));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(width / 2, width / 2, -width / 2, -width / 2), radius, radius);
+    }
+};
+
+}  // namespace
+
+FlexibleScrollArea::FlexibleScrollArea()
+    : bar_(new SlimScrollBar(verticalScrollBar(), this)), focusRing_(new FocusRing(this)) {
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    viewport()->setAutoFillBackground(false);
+    verticalScrollBar()->setSingleStep(lineHeight);
+
+    setFocusPolicy(Qt::NoFocus);
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this,
+            [this](int minimum, int maximum) { setFocusPolicy(maximum > minimum ? Qt::TabFocus : Qt::NoFocus); });
+}
+
+QSize FlexibleScrollArea::sizeHint() const {
+    const QWidget* content = widget();
+    if (content == nullptr) return minimumSizeHint();
+    const QSize wanted = content->sizeHint();
+    const int height = content->hasHeightForWidth() ? content->heightForWidth(viewport()->width()) : wanted.height();
+    return {wanted.width(), qMin(height, maximumHeight())};
+}
+
+QSize FlexibleScrollArea::minimumSizeHint() const { return {0, smallestHeight}; }
+
+// The content's own wishes change without this widget's doing: a longer value takes more lines.
+bool FlexibleScrollArea::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == widget() && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize)) {
+        updateGeometry();
+    }
+    return QScrollArea::eventFilter(watched, event);
+}
+
+bool FlexibleScrollArea::event(QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        focusRing_->setVisible(event->type() == QEvent::FocusIn);
+        focusRing_->raise();
+    }
+    return QScrollArea::event(event);
+}
+
+void FlexibleScrollArea::resizeEvent(QResizeEvent* event) {
+    QScrollArea::resizeEvent(event);
+    const int thickness = bar_->sizeHint().width();
+    bar_->setGeometry(width() - thickness, 0, thickness, height());
+    bar_->raise();
+    focusRing_->setGeometry(rect());
+}
+
+void FlexibleScrollArea::keyPressEvent(QKeyEvent* event) {
+    QScrollBar* bar = verticalScrollBar();
+    switch (event->key()) {
+        case Qt::Key_Home: bar->setValue(bar->minimum()); return;
+        case Qt::Key_End: bar->setValue(bar->maximum()); return;
+        case Qt::Key_Space: bar->triggerAction(QAbstractSlider::SliderPageStepAdd); return;
+        default: QScrollArea::keyPressEvent(event);
+    }
+}
+
+}  // namespace platform

@@ -1,0 +1,29 @@
+// A scroll area as high as its content, up to a limit, that gives way when space is short.
+#pragma once
+
+#include <QScrollArea>
+
+#include "platform/qt/window/widgets/slim_scroll_bar.h"
+
+namespace platform {
+
+// While there is something to scroll it takes the focus, for the arrow and page keys.
+class FlexibleScrollArea : public QScrollArea {
+  public:
+    FlexibleScrollArea();
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    SlimScrollBar* bar_;
+    QWidget* focusRing_;
+};
+
+}  // namespace platform

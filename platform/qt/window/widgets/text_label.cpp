@@ -1,0 +1,119 @@
+#include "platform/qt/window/widgets/text_label.h"
+
+#include <QFontMetrics>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QtMath>
+
+#include "platform/qt/window/widgets/colors_and_fonts.h"
+
+namespace platform {
+
+namespace {
+
+constexpr int unlimitedWidth = 1 << 20;
+constexpr double disabledOpacity = 0.6;
+
+// The toolkit looks for the end of a word from each of its lines anew, so that one of a megabyte would take minutes.
+constexpr int longestUnbrokenWord = 500;
+
+bool hasLongWord(const QString& text) {
+    int length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() ? 0 : length + 1;
+        if (length > longestUnbrokenWord) return true;
+    }
+    return false;
+}
+
+// Breaks the text into lines of `width` and returns the space they take.
+QSizeF breakIntoLines(QTextLayout& layout, int width) {
+    qreal height = 0;
+    qreal widest = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, height));
+        height += line.height();
+        widest = qMax(widest, line.naturalTextWidth());
+    }
+    layout.endLayout();
+    return {widest, height};
+}
+
+}  // namespace
+
+TextLabel::TextLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);  // The toolkit asks for the height at a width of no label that doesn't wrap.
+}
+
+void TextLabel::setContent(const Text& content, Color color) {
+    const QFont newFont = toolkitFont(content.style, content.weight);
+    const QString newText = QString::fromStdString(content.text);
+    if (newFont != font()) setFont(newFont);
+    if (newText != text()) {
+        forgetLines();
+        setText(newText);
+    }
+    if (color != color_) {
+        color_ = color;
+        update();
+    }
+}
+
+void TextLabel::breakAt(int width) const {
+    if (width == brokenWidth_) return;
+    // Shaping the letters takes most of the time, and what fits into its unbroken width would only come out the same.
+    if (brokenWidth_ && unbrokenSize_ && brokenSize_ == *unbrokenSize_ && width >= unbrokenSize_->width() &&
+        !text().isRightToLeft()) {
+        return;
+    }
+    if (!brokenWidth_) {
+        lines_.setText(text().replace(QLatin1Char('\n'), QChar::LineSeparator));
+        lines_.setFont(font());
+        QTextOption option;
+        option.setWrapMode(hasLongWord(lines_.text()) ? QTextOption::WrapAnywhere
+                                                      : QTextOption::WrapAtWordBoundaryOrAnywhere);
+        option.setAlignment(text().isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft);
+        lines_.setTextOption(option);
+    }
+    const QSizeF size = breakIntoLines(lines_, width);
+    brokenSize_ = {qCeil(size.width()), qMax(qCeil(size.height()), fontMetrics().height())};
+    brokenWidth_ = width;
+}
+
+void TextLabel::forgetLines() {
+    brokenWidth_.reset();
+    unbrokenSize_.reset();
+}
+
+QSize TextLabel::sizeHint() const {
+    if (!unbrokenSize_) {
+        breakAt(unlimitedWidth);
+        unbrokenSize_ = brokenSize_;
+    }
+    return *unbrokenSize_;
+}
+
+QSize TextLabel::minimumSizeHint() const { return {fontMetrics().averageCharWidth(), fontMetrics().height()}; }
+
+int TextLabel::heightForWidth(int width) const {
+    breakAt(width);
+    return brokenSize_.height();
+}
+
+void TextLabel::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) forgetLines();
+    QLabel::changeEvent(event);
+}
+
+void TextLabel::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    if (!isEnabled()) painter.setOpacity(disabledOpacity);
+    painter.setPen(toolkitColor(color_, palette()));
+    breakAt(width());
+    lines_.draw(&painter, QPointF(0, 0), {}, event->rect());
+}
+
+}  // namespace platform

@@ -1,0 +1,101 @@
+#include "platform/machine_uuid.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+
+#include "tests/support/own_mounts.h"
+#include "tests/support/shell.h"
+
+namespace {
+
+using testSupport::quoted;
+using testSupport::shellWithOwnMounts;
+using testSupport::whyNoOwnMounts;
+
+// A machine whose /etc has nothing but what a test puts there, and what the loader needs to start a program.
+class MachineIdFile : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
+        std::filesystem::copy_file("/etc/ld.so.cache", etc_.path() / "ld.so.cache");
+    }
+
+    [[nodiscard]] std::filesystem::path file() const { return etc_.path() / "machine-id"; }
+    void write(const std::string& text) const { std::ofstream(file(), std::ios::binary) << text; }
+
+    [[nodiscard]] std::string uuid() const {
+        const auto result = shellWithOwnMounts("mount --bind " + quoted(etc_.path()) + " /etc && exec " CHILD_PATH);
+        EXPECT_EQ(result.status, 0);
+        return result.output;
+    }
+
+    [[nodiscard]] std::string uuidOn(const std::string& machineId) const {
+        write(machineId);
+        return uuid();
+    }
+
+  private:
+    testSupport::TemporaryFolder etc_;
+};
+
+constexpr const char* identifier = "0123456789abcdef0123456789abcdef";
+// HMAC-SHA256 of the program's id by that key, computed apart from this program and marked as version 4.
+constexpr const char* uuidOfIt = "CEF4BC65-65F6-45C6-B217-BD96DF4D8B51\n";
+
+TEST_F(MachineIdFile, AlwaysMakesTheSameUuid) {
+    // Another value would make every machine a new one.
+    EXPECT_EQ(uuidOn(std::string(identifier) + "\n"), uuidOfIt);
+    EXPECT_EQ(uuidOn(identifier), uuidOfIt);
+}
+
+TEST_F(MachineIdFile, MakesAnotherUuidOnAnotherMachine) {
+    EXPECT_NE(uuidOn("1123456789abcdef0123456789abcdef\n"), uuidOn(std::string(identifier) + "\n"));
+}
+
+// Read leniently, several of these would stand for one and the same machine.
+TEST_F(MachineIdFile, ThatDoesNotIdentifyTheMachineMeansNoUuid) {
+    for (const char* text : {"", "\n", "uninitialized\n", "0123", "not hexadecimal, but long enough for it\n",
+                             "machine 0123456789abcdef\n", "01234567-89ab-cdef-0123-456789abcdef\n",
+                             "g123456789abcdef0123456789abcdef\n", "0123456789abcdef0123456789abcde\n",
+                             " 0123456789abcdef0123456789abcdef\n", "0123456789abcdef 0123456789abcdef\n",
+                             "0123456789abcdef0123456789abcdef00\n", "00000000000000000000000000000000\n"}) {
+        EXPECT_EQ(uuidOn(text), "none\n") << text;
+    }
+}
+
+TEST_F(MachineIdFile, ThatIsMissingMeansNoUuid) {
+    ASSERT_FALSE(std::filesystem::exists(file()));
+    EXPECT_EQ(uuid(), "none\n");
+}
+
+TEST_F(MachineIdFile, ThatIsAFolderMeansNoUuid) {
+    std::filesystem::create_directory(file());
+    EXPECT_EQ(uuid(), "none\n");
+}
+
+TEST_F(MachineIdFile, ThatIsABrokenLinkMeansNoUuid) {
+    std::filesystem::create_symlink("missing", file());
+    EXPECT_EQ(uuid(), "none\n");
+}
+
+TEST_F(MachineIdFile, CannotBeReadFromTheUuid) {
+    // Already marked as a version 4 UUID, so that a text handed on as it stands would pass for one.
+    const std::string known = "4F1A2B3C5D6E4F708192A3B4C5D6E7F8";
+    std::string uuid = uuidOn("4f1a2b3c5d6e4f708192a3b4c5d6e7f8\n");
+    ASSERT_EQ(uuid.size(), 37U) << uuid;
+    uuid.erase(std::remove(uuid.begin(), uuid.end(), '-'), uuid.end());
+    for (std::size_t at = 0; at + 8 <= known.size(); ++at) {
+        EXPECT_EQ(uuid.find(known.substr(at, 8)), std::string::npos) << known.substr(at, 8);
+    }
+}
+
+TEST_F(MachineIdFile, IsAllThatTheUuidDependsOn) {
+    const std::string before = uuidOn(identifier);
+    setenv("HOME", "/nonexistent", 1);
+    setenv("USER", "somebody", 1);
+    EXPECT_EQ(uuid(), before);
+}
+
+}  // namespace

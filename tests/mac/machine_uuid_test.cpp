@@ -1,0 +1,102 @@
+#include "platform/machine_uuid.h"
+
+#include "tests/mac/recording_fakes.h"
+
+using namespace recordingFakes;
+using platform::platformUuid;
+
+namespace {
+
+using PlatformUuid = MacTest;
+
+std::vector<std::string> oneReleaseOfTheProperty(const std::string& kind) {
+    return {"CFRelease(" + kind + " of IORegistryEntryCreateCFProperty)"};
+}
+
+TEST_F(PlatformUuid, IsThePropertyOfThePlatformExpert) {
+    mac().platformUuid = u"1D3F5B79-8C0E-5A24-B6D1-4E7F90A2C3B8";
+
+    EXPECT_EQ(platformUuid(), "1D3F5B79-8C0E-5A24-B6D1-4E7F90A2C3B8");
+
+    EXPECT_EQ(mac().callsOf("IOServiceMatching"),
+              std::vector<std::string>{"IOServiceMatching(IOPlatformExpertDevice)"});
+    EXPECT_EQ(mac().callsOf("IORegistryEntryCreateCFProperty"),
+              std::vector<std::string>{"IORegistryEntryCreateCFProperty(IOPlatformUUID)"});
+}
+
+TEST_F(PlatformUuid, ReleasesThePlatformExpertRightAfterTheReadAndThePropertyLast) {
+    mac().platformUuid = u"1D3F5B79-8C0E-5A24-B6D1-4E7F90A2C3B8";
+
+    static_cast<void>(platformUuid());
+
+    EXPECT_EQ(mac().calls, (std::vector<std::string>{
+                               "IOServiceMatching(IOPlatformExpertDevice)",
+                               "IOServiceGetMatchingService(dictionary)",
+                               "IORegistryEntryCreateCFProperty(IOPlatformUUID)",
+                               "IOObjectRelease()",
+                               "CFGetTypeID(CFString)",
+                               "CFStringGetLength()",
+                               "CFStringGetBytes()",
+                               "CFRelease(CFString of IORegistryEntryCreateCFProperty)",
+                           }));
+}
+
+TEST_F(PlatformUuid, IsTheTextAsItStands) {
+    mac().platformUuid = u" 1d3f\u00fc\n";
+    EXPECT_EQ(platformUuid(), " 1d3f\xc3\xbc\n");
+}
+
+TEST_F(PlatformUuid, IsAbsentWithoutAPlatformExpertAndReleasesNothing) {
+    mac().hasPlatformExpert = false;
+    mac().platformUuid = u"1D3F5B79-8C0E-5A24-B6D1-4E7F90A2C3B8";
+
+    EXPECT_EQ(platformUuid(), std::nullopt);
+
+    EXPECT_EQ(mac().calls, (std::vector<std::string>{
+                               "IOServiceMatching(IOPlatformExpertDevice)",
+                               "IOServiceGetMatchingService(dictionary)",
+                           }));
+}
+
+TEST_F(PlatformUuid, IsAskedForWithoutADictionaryToo) {
+    mac().makesMatchingDictionaries = false;
+    mac().hasPlatformExpert = false;
+
+    EXPECT_EQ(platformUuid(), std::nullopt);
+
+    EXPECT_EQ(mac().calls, (std::vector<std::string>{
+                               "IOServiceMatching(IOPlatformExpertDevice)",
+                               "IOServiceGetMatchingService(null)",
+                           }));
+}
+
+TEST_F(PlatformUuid, IsAbsentWithoutThePropertyAndReleasesThePlatformExpert) {
+    EXPECT_EQ(platformUuid(), std::nullopt);
+
+    EXPECT_EQ(mac().calls, (std::vector<std::string>{
+                               "IOServiceMatching(IOPlatformExpertDevice)",
+                               "IOServiceGetMatchingService(dictionary)",
+                               "IORegistryEntryCreateCFProperty(IOPlatformUUID)",
+                               "IOObjectRelease()",
+                           }));
+}
+
+TEST_F(PlatformUuid, IsAbsentWhenThePropertyIsNoTextAndReleasesTheProperty) {
+    struct Case {
+        Value property;
+        const char* kind;
+    };
+    const std::vector<Case> cases = {
+        {std::int64_t{42}, "CFNumber"}, {1.5, "CFNumber"}, {true, "CFBoolean"}, {Array{}, "CFArray"}};
+    for (const Case& given : cases) {
+        mac().calls.clear();
+        mac().platformUuid = given.property;
+
+        EXPECT_EQ(platformUuid(), std::nullopt) << given.kind;
+
+        EXPECT_EQ(mac().callsOf("IOObjectRelease").size(), 1U) << given.kind;
+        EXPECT_EQ(mac().callsOf("CFRelease"), oneReleaseOfTheProperty(given.kind));
+    }
+}
+
+}  // namespace
