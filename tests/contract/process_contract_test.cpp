@@ -61,8 +61,9 @@ TEST(Process, WhatWasPrintedBeforeASignalCounts) { EXPECT_EQ(shell("echo line; k
 
 TEST(Process, ACommandThatPrintsOnStandardErrorOnlyGivesTheEmptyText) { EXPECT_EQ(shell("echo x >&2"), ""); }
 
-TEST(Process, AMegabyteOnStandardErrorDoesNotBlock) {
+TEST(Process, AMegabyteOnStandardErrorNeitherStopsNorEndsTheCommand) {
     EXPECT_EQ(shell("head -c 1048576 /dev/zero >&2; echo done"), "done\n");
+    EXPECT_EQ(shell("printf '%1048576s' '' >&2; echo done"), "done\n");  // By the shell itself.
 }
 
 TEST(Process, BytesArePassedOnAsTheyAre) { EXPECT_EQ(shell(R"(printf '\377\000a')"), std::string("\xFF\0a", 3)); }
