@@ -2,23 +2,25 @@
 #include <string_view>
 
 #include "hardware/hardware_detector.h"
+#include "platform/regular_expression.h"
 #include "platform/text.h"
+
+using platform::RegularExpression;
 
 namespace {
 
 constexpr std::int64_t bytesPerGigabyte = std::int64_t{1} << 30;
 
-// What a machine is taken for until a command tells better.
+// What the record holds where no command tells better.
 HardwareInfo startingValues() {
     return HardwareInfo(/*os=*/"macOS", /*processor=*/"Unknown", /*graphicsCard=*/"Unknown", /*ramGB=*/8,
                         /*ramType=*/"DDR4", /*ramFrequency=*/2666, /*storageGB=*/512, /*storageType=*/"SSD",
                         /*directxVersion=*/"Not Applicable", /*gpuMemory=*/4);
 }
 
-// The value on the first line that `pattern` matches: what follows the last colon of the match, so that of a value with
-// colons of its own only the end is kept.
-std::optional<std::string> labelledValue(std::string_view pattern, const std::string& overview) {
-    const std::optional<std::string> match = platform::firstMatch(pattern, overview);
+// What follows the last colon of the first match. Of a value with colons of its own, only the end is kept.
+std::optional<std::string> labelledValue(const RegularExpression& pattern, const std::string& overview) {
+    const std::optional<std::string> match = pattern.firstMatchIn(overview);
     if (!match) return std::nullopt;
     return std::string(platform::trimmedOfWhitespace(platform::piecesOf(*match, ':').back()));
 }
@@ -27,12 +29,15 @@ std::string processorFrom(const std::string& brandString) {
     return std::string(platform::trimmedOfWhitespaceAndNewlines(brandString));
 }
 
-// On Apple's own chips the brand string names the family at best; the overview knows the chip.
+// For Apple's chips the brand string names only the family; the overview names the chip.
 bool asksForTheChip(const std::string& processor) {
     return processor.empty() || processor.find("Apple") != std::string::npos;
 }
 
-std::optional<std::string> chipFrom(const std::string& overview) { return labelledValue("Chip:\\s*(.+)", overview); }
+std::optional<std::string> chipFrom(const std::string& overview) {
+    static const RegularExpression chip("Chip:\\s*(.+)");
+    return labelledValue(chip, overview);
+}
 
 std::optional<std::int64_t> ramGBFrom(const std::string& memorySize) {
     const std::optional<std::int64_t> bytes =
@@ -42,12 +47,14 @@ std::optional<std::int64_t> ramGBFrom(const std::string& memorySize) {
 }
 
 std::optional<std::string> graphicsCardFrom(const std::string& overview) {
-    if (auto chipset = labelledValue("Chipset Model:\\s*(.+)", overview)) return chipset;
-    return labelledValue("Model:\\s*(.+)", overview);
+    static const RegularExpression chipsetModel("Chipset Model:\\s*(.+)");
+    static const RegularExpression model("Model:\\s*(.+)");
+    if (auto value = labelledValue(chipsetModel, overview)) return value;
+    return labelledValue(model, overview);
 }
 
-// The size column of the line below the header, when it is a whole number with or without "G": "466Gi", "1.8T" and
-// "2.0G" are none.
+// The size column of the line below the header, if it is a whole number with or without "G": not "466Gi", "1.8T" or
+// "2.0G".
 std::optional<std::int64_t> storageGBFrom(const std::string& diskUsage) {
     const std::vector<std::string_view> lines = platform::piecesOf(diskUsage, '\n');
     if (lines.size() < 2) return std::nullopt;

@@ -5,7 +5,7 @@
 
 namespace platform {
 
-// A new random UUID (RFC 4122, version 4) in its canonical text form: 36 characters, upper case. Safe from any thread.
+// A new random UUID (RFC 4122, version 4): 36 characters, upper case. Safe from any thread.
 [[nodiscard]] std::string randomUuid();
 
 }  // namespace platform

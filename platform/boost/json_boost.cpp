@@ -9,10 +9,12 @@
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/serialize.hpp>
 #include <boost/json/value.hpp>
+#include <boost/locale/utf.hpp>
 #include <boost/system/error_code.hpp>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include "platform/text.h"
@@ -22,7 +24,13 @@ namespace platform {
 namespace {
 
 namespace json = boost::json;
+namespace utf = boost::locale::utf;
 using boost::system::error_code;
+
+// The first doubles that may stand for a number outside of 64 bits, and no longer count as integers: the lower one is
+// also what -9223372036854775809 becomes.
+constexpr double belowIntegers = -9223372036854775808.0;
+constexpr double beyondIntegers = 9223372036854775808.0;
 
 // Infinite when it is too large. Not strtod, whose decimal point is the locale's.
 double nearestDouble(const std::string& text) {
@@ -132,72 +140,68 @@ class Reader {
     std::string gathered_;
 };
 
-// What a JSON text is written in: told by its byte order mark, or else by where the zero bytes of its first two
-// characters stand, both of which are ASCII in any JSON text.
-std::optional<UnicodeEncoding> wideEncodingOf(std::string_view bytes) {
-    const auto startsWith = [bytes](std::string_view mark) { return bytes.substr(0, mark.size()) == mark; };
-    using namespace std::string_view_literals;
-    if (startsWith("\xFF\xFE\0\0"sv)) return UnicodeEncoding::utf32LittleEndian;
-    if (startsWith("\0\0\xFE\xFF"sv)) return UnicodeEncoding::utf32BigEndian;
-    if (startsWith("\xFF\xFE"sv)) return UnicodeEncoding::utf16LittleEndian;
-    if (startsWith("\xFE\xFF"sv)) return UnicodeEncoding::utf16BigEndian;
-    const auto isZero = [bytes](std::size_t index) { return index < bytes.size() && bytes[index] == '\0'; };
-    if (bytes.size() >= 4 && isZero(0) && isZero(1) && isZero(2)) return UnicodeEncoding::utf32BigEndian;
-    if (bytes.size() >= 4 && isZero(1) && isZero(2) && isZero(3)) return UnicodeEncoding::utf32LittleEndian;
-    if (isZero(0)) return UnicodeEncoding::utf16BigEndian;
-    if (isZero(1)) return UnicodeEncoding::utf16LittleEndian;
-    return std::nullopt;
-}
-
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-// As much of the beginning as can be converted on its own: whole units, and no half of a surrogate pair at the end.
-std::size_t convertiblePart(UnicodeEncoding encoding, std::string_view bytes) {
-    constexpr std::size_t most = std::size_t{1} << 16U;
-    if (bytes.size() <= most) return bytes.size();
-    const bool littleEndian = encoding == UnicodeEncoding::utf16LittleEndian;
-    const bool isWide = littleEndian || encoding == UnicodeEncoding::utf16BigEndian;
-    const auto upperByte = static_cast<unsigned char>(bytes[littleEndian ? most - 1 : most - 2]);
-    return isWide && (upperByte & 0xFCU) == 0xD8U ? most - 2 : most;
-}
-
-class Parser {
-  public:
-    explicit Parser(std::span<const std::string_view> keys) : parser_(options(), keys) {}
-
-    // False when what has come so far is no beginning of a JSON text or, without `more`, no whole one.
-    bool read(std::string_view text, bool more) {
-        error_code error;
-        const std::size_t read = parser_.write_some(more, text.data(), text.size(), error);
-        return !error && read == text.size();
-    }
-
-    JsonObject takeObject() { return parser_.handler().takeObject(); }
-
-  private:
-    static json::parse_options options() {
-        json::parse_options options;
-        options.max_depth = 512;
-        options.allow_trailing_commas = true;
-        return options;
-    }
-
-    json::basic_parser<Reader> parser_;
+struct Encoding {
+    std::size_t unitSize = 1;
+    bool isLittleEndian = false;
+    std::size_t markSize = 0;
 };
 
-// In parts, so that there is no second copy of a large text.
-bool readConverted(UnicodeEncoding encoding, std::string_view bytes, Parser& parser) {
-    bool isFirst = true;
-    while (!bytes.empty()) {
-        const std::size_t size = convertiblePart(encoding, bytes);
-        const std::optional<std::string> part = textFrom(encoding, bytes.substr(0, size));
-        if (!part) return false;
-        bytes.remove_prefix(size);
-        std::string_view text = *part;
-        if (isFirst && text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
-        if (!parser.read(text, !bytes.empty())) return false;
-        isFirst = false;
+// Told by the byte order mark, or else by the zero bytes of the first character, which is ASCII in any JSON text.
+Encoding encodingOf(std::string_view bytes) {
+    using namespace std::string_view_literals;
+    if (bytes.starts_with("\xEF\xBB\xBF"sv)) return {1, false, 3};
+    if (bytes.starts_with("\xFF\xFE\0\0"sv)) return {4, true, 4};
+    if (bytes.starts_with("\0\0\xFE\xFF"sv)) return {4, false, 4};
+    if (bytes.starts_with("\xFF\xFE"sv)) return {2, true, 2};
+    if (bytes.starts_with("\xFE\xFF"sv)) return {2, false, 2};
+    if (bytes.starts_with("\0\0\0"sv)) return {4, false};
+    if (bytes.starts_with("\0"sv)) return {2, false};
+    if (bytes.substr(0, 4).find("\0\0\0"sv) == 1) return {4, true};
+    if (bytes.substr(0, 2).find('\0') == 1) return {2, true};
+    return {};
+}
+
+std::uint32_t takeUnit(std::string_view& bytes, const Encoding& encoding) {
+    std::uint32_t unit = 0;
+    for (std::size_t index = 0; index < encoding.unitSize; ++index) {
+        const std::size_t place = encoding.isLittleEndian ? encoding.unitSize - 1 - index : index;
+        unit = (unit << 8U) | static_cast<unsigned char>(bytes[place]);
     }
+    bytes.remove_prefix(encoding.unitSize);
+    return unit;
+}
+
+// No valid character when the text is broken.
+utf::code_point takeCharacter(std::string_view& bytes, const Encoding& encoding) {
+    using Utf16 = utf::utf_traits<char16_t>;
+    const std::uint32_t first = takeUnit(bytes, encoding);
+    if (encoding.unitSize == 4 || !Utf16::is_first_surrogate(first) || bytes.empty()) return first;
+    const std::uint32_t second = takeUnit(bytes, encoding);
+    return Utf16::is_second_surrogate(second) ? Utf16::combine_surrogate(first, second) : utf::illegal;
+}
+
+using Parser = json::basic_parser<Reader>;
+
+// False when what has come so far is no beginning of a JSON text or, without `more`, no whole one.
+bool read(std::string_view text, bool more, Parser& parser) {
+    error_code error;
+    const std::size_t read = parser.write_some(more, text.data(), text.size(), error);
+    return !error && read == text.size();
+}
+
+// In parts, so that there is no second copy of a large text.
+bool readConverted(std::string_view bytes, const Encoding& encoding, Parser& parser) {
+    constexpr std::size_t partSize = 65536;
+    if (bytes.size() % encoding.unitSize != 0) return false;
+    do {
+        std::string part;
+        while (!bytes.empty() && part.size() < partSize) {
+            const utf::code_point character = takeCharacter(bytes, encoding);
+            if (!utf::is_valid_codepoint(character)) return false;
+            utf::utf_traits<char>::encode(character, std::back_inserter(part));
+        }
+        if (!read(part, !bytes.empty(), parser)) return false;
+    } while (!bytes.empty());
     return true;
 }
 
@@ -228,16 +232,46 @@ std::optional<std::string> jsonDataFrom(const JsonObject& object) {
 }
 
 std::optional<JsonObject> jsonObjectFrom(std::string_view bytes, std::span<const std::string_view> keys) {
-    Parser parser(keys);
-    bool isWhole = false;
-    if (const std::optional<UnicodeEncoding> wide = wideEncodingOf(bytes)) {
-        isWhole = readConverted(*wide, bytes, parser);
-    } else {
-        if (bytes.starts_with(byteOrderMark)) bytes.remove_prefix(byteOrderMark.size());
-        isWhole = parser.read(bytes, false);
-    }
+    json::parse_options options;
+    options.max_depth = 512;
+    options.allow_trailing_commas = true;
+    Parser parser(options, keys);
+    const Encoding encoding = encodingOf(bytes);
+    bytes.remove_prefix(encoding.markSize);
+    const bool isWhole = encoding.unitSize == 1 ? read(bytes, false, parser) : readConverted(bytes, encoding, parser);
     if (!isWhole) return std::nullopt;
-    return parser.takeObject();
+    return parser.handler().takeObject();
 }
+
+const JsonValue* JsonObject::find(std::string_view key) const {
+    const auto member = std::find_if(members_.begin(), members_.end(), [key](const auto& m) { return m.first == key; });
+    return member == members_.end() ? nullptr : &member->second;
+}
+
+std::optional<std::string> JsonObject::takeString(std::string_view key) {
+    const JsonValue* member = find(key);
+    const std::string* text = member != nullptr ? member->asString() : nullptr;
+    if (text == nullptr) return std::nullopt;
+    return std::move(const_cast<std::string&>(*text));  // The object's own, and it may be changed here.
+}
+
+std::optional<bool> JsonValue::asBool() const {
+    if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean;
+    const std::optional<std::int64_t> integer = asInteger();
+    if (integer == 0) return false;
+    if (integer == 1) return true;
+    return std::nullopt;
+}
+
+std::optional<std::int64_t> JsonValue::asInteger() const {
+    if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean ? 1 : 0;
+    if (const auto* integer = std::get_if<std::int64_t>(&content_)) return *integer;
+    const auto* number = std::get_if<double>(&content_);
+    if (number == nullptr || std::trunc(*number) != *number) return std::nullopt;
+    if (*number <= belowIntegers || *number >= beyondIntegers) return std::nullopt;
+    return static_cast<std::int64_t>(*number);
+}
+
+const std::string* JsonValue::asString() const { return std::get_if<std::string>(&content_); }
 
 }  // namespace platform

@@ -150,6 +150,18 @@ TEST(Json, IsReadInEveryUnicodeEncodingWithAndWithoutMark) {
     }
 }
 
+TEST(Json, IsNotReadFromABrokenWideEncoding) {
+    using namespace std::string_literals;
+    for (const std::string& bytes : {"\xFF\xFE"s, "\xFF\xFE{\0}"s,
+                                     "\xFF\xFE{\0\"\0\x3D\xD8\"\0:\0"
+                                     "1\0}\0"s,
+                                     "\xFF\xFE{\0\"\0\x0D\xDD\"\0:\0"
+                                     "1\0}\0"s,
+                                     "\xFF\xFE{\0\x3D\xD8"s, "\0\0\0{\0\0\0}\0"s, "\0\0\0{\0\x11\0\0\0\0\0}"s}) {
+        EXPECT_FALSE(jsonObjectFrom(bytes));
+    }
+}
+
 // Such a text is converted in parts of 64 KiB; the pairs of surrogates stand at either side of each cut.
 TEST(Json, IsReadInAWideEncodingWhateverItsLength) {
     for (const std::size_t shift : {0U, 1U}) {
