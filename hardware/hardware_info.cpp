@@ -1,54 +1,37 @@
 #include "hardware/hardware_info.h"
 
 #include <optional>
-#include <string_view>
 #include <utility>
+#include <variant>
 
 using platform::JsonObject;
 using platform::JsonValue;
 
 namespace {
 
-// Reads one member after another, and nothing more after the first error.
-class MemberReader {
-  public:
-    explicit MemberReader(const JsonObject& object) : object_(object) {}
-
-    std::string text(std::string_view key) {
-        const JsonValue* value = valueOf(key);
-        const std::string* text = value != nullptr ? value->asString() : nullptr;
-        if (value != nullptr && text == nullptr) fail(CodingError::Kind::typeMismatch, key);
-        return text != nullptr ? *text : std::string();
+const JsonValue& valueIn(const JsonObject& object, const char* key) {
+    const JsonValue* value = object.find(key);
+    if (value == nullptr) throw CodingError{CodingError::Kind::keyNotFound, key};
+    if (std::holds_alternative<std::nullptr_t>(*value)) {
+        throw CodingError{CodingError::Kind::valueNotFound, key};
     }
+    return *value;
+}
 
-    std::int64_t integer(std::string_view key) {
-        const JsonValue* value = valueOf(key);
-        if (value == nullptr) return 0;
-        const std::optional<std::int64_t> integer = value->asInteger();
-        if (!integer || std::holds_alternative<bool>(value->content())) fail(CodingError::Kind::typeMismatch, key);
-        return integer.value_or(0);
+std::string textIn(const JsonObject& object, const char* key) {
+    const auto* text = std::get_if<std::string>(&valueIn(object, key));
+    if (text == nullptr) throw CodingError{CodingError::Kind::typeMismatch, key};
+    return *text;
+}
+
+std::int64_t integerIn(const JsonObject& object, const char* key) {
+    const bool isBoolean = std::holds_alternative<bool>(valueIn(object, key));
+    const std::optional<std::int64_t> integer = object.integer(key);
+    if (!integer || isBoolean) {
+        throw CodingError{CodingError::Kind::typeMismatch, key};
     }
-
-    [[nodiscard]] const std::optional<CodingError>& error() const { return error_; }
-
-  private:
-    // Null when there is none, or after an error.
-    const JsonValue* valueOf(std::string_view key) {
-        if (error_) return nullptr;
-        const JsonValue* value = object_.find(key);
-        if (value == nullptr) {
-            fail(CodingError::Kind::keyNotFound, key);
-        } else if (std::holds_alternative<std::nullptr_t>(value->content())) {
-            fail(CodingError::Kind::valueNotFound, key);
-        }
-        return error_ ? nullptr : value;
-    }
-
-    void fail(CodingError::Kind kind, std::string_view key) { error_ = CodingError{kind, std::string(key)}; }
-
-    const JsonObject& object_;
-    std::optional<CodingError> error_;
-};
+    return *integer;
+}
 
 }  // namespace
 
@@ -81,13 +64,11 @@ JsonObject jsonObjectOf(const HardwareInfo& info) {
     };
 }
 
-std::variant<HardwareInfo, CodingError> hardwareInfoFrom(const JsonObject& object) {
-    MemberReader read(object);
-    // Braces, because they alone promise to read from left to right.
-    HardwareInfo info{read.text("os"),           read.text("processor"),   read.text("graphicsCard"),
-                      read.integer("ramGB"),     read.text("ramType"),     read.integer("ramFrequency"),
-                      read.integer("storageGB"), read.text("storageType"), read.text("directxVersion"),
-                      read.integer("gpuMemory")};
-    if (read.error()) return *read.error();
-    return info;
+HardwareInfo hardwareInfoFrom(const JsonObject& object) {
+    // Braces, because only they read from left to right.
+    return HardwareInfo{
+        textIn(object, "os"),           textIn(object, "processor"),   textIn(object, "graphicsCard"),
+        integerIn(object, "ramGB"),     textIn(object, "ramType"),     integerIn(object, "ramFrequency"),
+        integerIn(object, "storageGB"), textIn(object, "storageType"), textIn(object, "directxVersion"),
+        integerIn(object, "gpuMemory")};
 }

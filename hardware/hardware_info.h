@@ -3,11 +3,10 @@
 
 #include <cstdint>
 #include <string>
-#include <variant>
 
 #include "platform/json.h"
 
-// A plain value: every copy is independent. Texts may be empty, numbers may be any; nothing checks them.
+// Texts may be empty, and numbers may be any: nothing checks them.
 struct HardwareInfo {
     HardwareInfo(std::string os, std::string processor, std::string graphicsCard, std::int64_t ramGB,
                  std::string ramType, std::int64_t ramFrequency, std::int64_t storageGB, std::string storageType,
@@ -28,6 +27,7 @@ struct HardwareInfo {
 // The ten fields, in the order above and under their own names.
 [[nodiscard]] platform::JsonObject jsonObjectOf(const HardwareInfo& info);
 
+// Why an object is no record.
 struct CodingError {
     enum class Kind { keyNotFound, valueNotFound, typeMismatch };  // valueNotFound: it is null.
 
@@ -37,6 +37,7 @@ struct CodingError {
     bool operator==(const CodingError&) const = default;
 };
 
-// The record of the ten members, or the first error in the order of the fields. Text and numbers are not converted into
-// each other, nor a boolean into a number; a number without a fraction (16.0) is an integer. Other members are ignored.
-[[nodiscard]] std::variant<HardwareInfo, CodingError> hardwareInfoFrom(const platform::JsonObject& object);
+// The record of the ten members. Throws the first CodingError in the order of the fields. Text and numbers are not
+// converted into each other, nor a boolean into a number; a number without a fraction (16.0) is an integer. Other
+// members are ignored.
+[[nodiscard]] HardwareInfo hardwareInfoFrom(const platform::JsonObject& object);

@@ -13,31 +13,11 @@
 
 namespace platform {
 
-// An array or an object within the outermost one. Its content is checked when it is read, but not kept.
+// An array or an object inside the outermost one. Its content is checked, but not kept.
 struct JsonContainer {};
 
-class JsonValue {
-  public:
-    // A number is an int64_t when it was written as an integer within 64 bits, and a double otherwise.
-    using Content = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, JsonContainer>;
-
-    JsonValue(Content content) : content_(std::move(content)) {}
-    JsonValue(std::int64_t number) : content_(number) {}
-    JsonValue(std::string text) : content_(std::move(text)) {}
-    JsonValue(const char* text) : content_(std::string(text)) {}
-
-    [[nodiscard]] const Content& content() const { return content_; }
-
-    // What the value converts to, by the rules with which macOS bridges a parsed number: true and false are also 1 and
-    // 0, the numbers 0 and 1 are also false and true, and a number without a fraction (42.0, 1e3) is also an integer.
-    // A string converts to nothing but itself.
-    [[nodiscard]] std::optional<bool> asBool() const;
-    [[nodiscard]] std::optional<std::int64_t> asInteger() const;
-    [[nodiscard]] const std::string* asString() const;
-
-  private:
-    Content content_;
-};
+// A number is an int64_t if it was written as an integer within 64 bits, else a double.
+using JsonValue = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, JsonContainer>;
 
 // Members in the order in which they were written or read.
 class JsonObject {
@@ -45,9 +25,13 @@ class JsonObject {
     JsonObject() = default;
     JsonObject(std::initializer_list<std::pair<std::string, JsonValue>> members) : members_(members) {}
 
-    // The member's value, the first one's if a website repeats a name; null when there is none. Valid until the object
-    // changes.
+    // The first member of that name; null when there is none. Valid until the object changes.
     [[nodiscard]] const JsonValue* find(std::string_view key) const;
+
+    // The member, converted by the rules of macOS for parsed numbers: true and false are also 1 and 0 and the other way
+    // round, and a number without a fraction (42.0, 1e3) is also an integer. Absent when there is no such member.
+    [[nodiscard]] std::optional<bool> boolean(std::string_view key) const;
+    [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key) const;
 
     // The member's text, moved out of the object; absent when there is no such member or it is no string.
     [[nodiscard]] std::optional<std::string> takeString(std::string_view key);
@@ -60,16 +44,13 @@ class JsonObject {
     std::vector<std::pair<std::string, JsonValue>> members_;
 };
 
-// The object as compact JSON in UTF-8, members in their order. Absent when a text in it is not well-formed UTF-8, a
-// number is not finite or a member is a container: none of these can be written.
+// The object as compact JSON in UTF-8, members in their order. Absent when a text is not UTF-8, a number is not finite
+// or a member is a container.
 [[nodiscard]] std::optional<std::string> jsonDataFrom(const JsonObject& object);
 
-// The object that the bytes are as one JSON text: RFC 8259, one trailing comma allowed in each array and object, 512
-// levels at most, in UTF-8, UTF-16 or UTF-32 with or without byte order mark. Absent when they are not that, when a
-// number is too large for a double, or when the outermost value is no object.
-//
-// With `keys`, only the first member of each of these names is kept, so that an answer of any shape takes little
-// memory.
+// The object in a JSON text: RFC 8259 with trailing commas, 512 levels at most, in UTF-8, UTF-16 or UTF-32 with or
+// without byte order mark. Absent when the bytes are no such text, a number is too large for a double, or the outermost
+// value is no object. With `keys`, only the first member of each of these names is kept, to save memory.
 [[nodiscard]] std::optional<JsonObject> jsonObjectFrom(std::string_view bytes,
                                                        std::span<const std::string_view> keys = {});
 

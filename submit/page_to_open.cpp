@@ -11,25 +11,24 @@ namespace {
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
-// A number counts before a text, and a text of digits stays a text.
+// A number as decimal text, or a text unchanged.
 std::optional<std::string> hardwareIdIn(platform::JsonObject& answer) {
-    const platform::JsonValue* member = answer.find("hardware_id");
-    const std::optional<std::int64_t> number = member != nullptr ? member->asInteger() : std::nullopt;
+    const std::optional<std::int64_t> number = answer.integer("hardware_id");
     return number ? std::to_string(*number) : answer.takeString("hardware_id");
 }
 
-// Case counts: an address that begins with "HTTPS://" is taken for a path.
+// Case counts: "HTTPS://" begins a path.
 bool isAbsolute(const std::string& redirect) {
     return redirect.starts_with("http://") || redirect.starts_with("https://");
 }
 
-// `part` is the one whose query the id joins.
+// `part` tells whether the address has a query already.
 void addHardwareId(std::string& address, const std::string& part, const std::string& hardwareId) {
     address += contains(part, "?") ? "&hardware_id=" : "?hardware_id=";
     address += hardwareId;
 }
 
-// Any mention of "hardware_id" in the redirect, in whatever word, means that the website has put the id in by itself.
+// A redirect that mentions "hardware_id" anywhere holds the id already.
 std::string relativePage(const std::string& redirect, const std::optional<std::string>& hardwareId,
                          const std::string& baseUrl) {
     std::string page(platform::trimmedOfSlashes(baseUrl));

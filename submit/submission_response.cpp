@@ -69,8 +69,7 @@ void settle(std::optional<std::string> body, const std::optional<platform::HttpR
     if (!answer) return fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
 
     // 6. Verdict.
-    const platform::JsonValue* member = answer->find("success");
-    const std::optional<bool> success = member != nullptr ? member->asBool() : std::nullopt;
+    const std::optional<bool> success = answer->boolean("success");
     if (!success) return fail(submission, "Invalid response format", "❌ Response missing 'success' field");
 
     // 7. Only here is the verdict set.

@@ -3,24 +3,23 @@
 
 #include <string>
 
-// Without state; never constructed. Nothing here fails its caller: what goes wrong stands in the log. Main thread only.
+// Without state; never constructed. Failures are only logged. Main thread only.
 class AppTracker {
   public:
     AppTracker() = delete;
 
-    // Reports an install and then a usage to the website whose base URL (as a person typed it) is `url`: both at every
-    // call, since telling the first from the later ones is the website's business. Blocks until the install report is
-    // answered or nothing of it has moved for 10 seconds, and leaves the usage report under way. The wait has no other
-    // limit: a website that sends a byte now and then prolongs it.
+    // Reports an install and then a usage to the website with the base URL `url` (as typed), at every call: the website
+    // recognises repetitions. Blocks until the install report is answered or was idle for 10 seconds (each byte starts
+    // these anew), and does not wait for the usage report.
     static void trackUsage(const std::string& url);
 
     // Reports an install and waits for the answer.
     static void trackInstall(const std::string& url);
 
-    // The id of this device: the one stored, whatever text it is, or else the machine's own UUID, stored from then on.
+    // The stored id, whatever text it is, or else the machine's UUID, which is then stored.
     [[nodiscard]] static std::string getDeviceId();
 
-    // The machine's own UUID, or a random one when the machine does not tell.
+    // The machine's UUID, or a random one where it is unknown.
     [[nodiscard]] static std::string getMachineUUID();
 
   private:

@@ -10,7 +10,7 @@ constexpr const char* deviceIdKey = "com.velmora.device_id";
 }  // namespace
 
 std::string AppTracker::getDeviceId() {
-    // Trusted as it stands, the empty text included: an id that changes is worse than an odd one.
+    // Even an empty text is used: an id that changes is worse than an odd one.
     if (const std::optional<std::string> stored = platform::userDefaults::string(deviceIdKey)) return *stored;
 
     std::string id = getMachineUUID();

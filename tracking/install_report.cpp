@@ -32,7 +32,7 @@ std::string textOf(const platform::JsonObject& body) {
     std::string text;
     for (const auto& [key, value] : body.members()) {
         text += text.empty() ? "[" : ", ";
-        text += "\"" + key + "\": \"" + *value.asString() + "\"";
+        text += "\"" + key + "\": \"" + std::get<std::string>(value) + "\"";
     }
     return text + "]";
 }
@@ -42,8 +42,7 @@ void logWhetherCreated(const std::string& body) {
     const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(body, keys);
     if (!answer) return;
     // A number is not a boolean here, although 1 converts to one.
-    const platform::JsonValue* member = answer->find("created");
-    const bool* created = member != nullptr ? std::get_if<bool>(&member->content()) : nullptr;
+    const auto* created = std::get_if<bool>(answer->find("created"));
     if (created != nullptr && *created) {
         log("   📝 New install created");
     } else {

@@ -44,13 +44,13 @@ void AppTracker::trackUsage(const std::string& url) {
 
     trackInstall(url);
 
-    // Kept, but no reason to report or not: both reports go out every time.
+    // The date is only kept: both reports go out every time.
     if (lastDate != today) platform::userDefaults::setString(lastTrackedDateKey, today);
     trackUsageOnly(url, deviceId);
 }
 
 void AppTracker::trackUsageOnly(const std::string& url, const std::string& deviceId) {
-    // The clock is read again: an install report that was answered after midnight makes this another day.
+    // Read again, because the install report may have been answered after midnight.
     const platform::JsonObject body = {{"device_id", deviceId}, {"date", platform::currentDate(datePattern)}};
     const std::string endpointText = reportEndpoint(url, "/api/track-usage/");
     log("📤 Attempting to track usage to: ", endpointText);

@@ -17,7 +17,7 @@ template <typename Value>
 Value PostedObject::valueOf(std::string_view name, std::string_view kind) {
     askedFor_.push_back(name);
     const platform::JsonValue* member = object_.find(name);
-    const Value* value = member != nullptr ? std::get_if<Value>(&member->content()) : nullptr;
+    const Value* value = std::get_if<Value>(member);
     if (value != nullptr) return *value;
 
     const std::string predicate = member == nullptr ? "is missing" : std::string("must be ").append(kind);

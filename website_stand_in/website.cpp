@@ -11,7 +11,6 @@
 #include "website_stand_in/posted_object.h"
 
 using platform::JsonObject;
-using platform::JsonValue;
 
 namespace websiteStandIn {
 
@@ -74,7 +73,7 @@ bool isJson(std::string_view contentType) {
 }  // namespace
 
 WebAnswer refusal(int status, const std::string& sentence) {
-    return jsonAnswer(status, {{"success", JsonValue::Content(false)}, {"error", sentence}});
+    return jsonAnswer(status, {{"success", false}, {"error", sentence}});
 }
 
 WebAnswer Website::answerTo(const WebRequest& request) {
@@ -116,9 +115,7 @@ WebAnswer Website::saveDetectedHardware(PostedObject& posted) {
 
     records_.machines.push_back(std::move(machine));
     const auto hardwareId = static_cast<std::int64_t>(records_.machines.size());
-    return jsonAnswer(ok, {{"success", JsonValue::Content(true)},
-                           {"hardware_id", JsonValue::Content(hardwareId)},
-                           {"redirect_url", "/detected-hardware/"}});
+    return jsonAnswer(ok, {{"success", true}, {"hardware_id", hardwareId}, {"redirect_url", "/detected-hardware/"}});
 }
 
 WebAnswer Website::trackInstall(PostedObject& posted) {
@@ -128,7 +125,7 @@ WebAnswer Website::trackInstall(PostedObject& posted) {
     if (platformName != "mac") return refusal(badRequest, R"(The member "platform" must be "mac".)");
 
     const bool created = records_.installs.insert(deviceId).second;
-    return jsonAnswer(ok, {{"created", JsonValue::Content(created)}});
+    return jsonAnswer(ok, {{"created", created}});
 }
 
 WebAnswer Website::trackUsage(PostedObject& posted) {
@@ -137,7 +134,7 @@ WebAnswer Website::trackUsage(PostedObject& posted) {
     if (const auto complaint = posted.complaint()) return refusal(badRequest, *complaint);
 
     records_.daysOfUse[deviceId].push_back(date);
-    return jsonAnswer(ok, {{"success", JsonValue::Content(true)}});
+    return jsonAnswer(ok, {{"success", true}});
 }
 
 WebAnswer Website::detectedHardware(std::string_view target) const {

@@ -27,8 +27,7 @@ namespace json = boost::json;
 namespace utf = boost::locale::utf;
 using boost::system::error_code;
 
-// The first doubles that may stand for a number outside of 64 bits, and no longer count as integers: the lower one is
-// also what -9223372036854775809 becomes.
+// Doubles that may stand for a number beyond 64 bits: the lower one is also the nearest to -9223372036854775809.
 constexpr double belowIntegers = -9223372036854775808.0;
 constexpr double beyondIntegers = 9223372036854775808.0;
 
@@ -39,7 +38,7 @@ double nearestDouble(const std::string& text) {
 }
 
 // Keeps the members of the outermost object while the parser reads. The library's own document would keep everything,
-// and the last of two members of one name, where the first is the one that counts.
+// and of two members with one name the last instead of the first.
 class Reader {
   public:
     static constexpr std::size_t max_object_size = static_cast<std::size_t>(-1);
@@ -80,8 +79,7 @@ class Reader {
         return place(std::exchange(gathered_, {}), error);
     }
 
-    // A number is read from its text here. The library's own reading of it differs from version to version, in the last
-    // digits and at the edges of 64 bits.
+    // Numbers are read from their text: versions of the library differ in the last digits and at the limits of 64 bits.
     bool on_number_part(json::string_view part, error_code&) {
         gather(part);
         return true;
@@ -89,8 +87,8 @@ class Reader {
     bool on_int64(std::int64_t, json::string_view part, error_code& error) { return placeNumber(part, error); }
     bool on_uint64(std::uint64_t, json::string_view part, error_code& error) { return placeNumber(part, error); }
     bool on_double(double, json::string_view part, error_code& error) { return placeNumber(part, error); }
-    bool on_bool(bool boolean, error_code& error) { return place(JsonValue::Content(boolean), error); }
-    bool on_null(error_code& error) { return place(JsonValue::Content(nullptr), error); }
+    bool on_bool(bool boolean, error_code& error) { return place(JsonValue(boolean), error); }
+    bool on_null(error_code& error) { return place(JsonValue(nullptr), error); }
 
     bool on_comment_part(json::string_view, error_code&) { return true; }
     bool on_comment(json::string_view, error_code&) { return true; }
@@ -102,7 +100,7 @@ class Reader {
 
     bool open(bool isObject, error_code& error) {
         if (depth_ == 0 && !isObject) return refuse(error);
-        if (isMember()) object_.add(std::move(key_), JsonValue::Content(JsonContainer{}));
+        if (isMember()) object_.add(std::move(key_), JsonValue(JsonContainer{}));
         ++depth_;
         return true;
     }
@@ -118,7 +116,7 @@ class Reader {
         if (const std::optional<std::int64_t> integer = integerFrom(text)) return place(*integer, error);
         const double number = nearestDouble(text);
         if (!std::isfinite(number)) return refuse(error);
-        return place(JsonValue::Content(number), error);
+        return place(JsonValue(number), error);
     }
 
     bool place(JsonValue value, error_code& error) {
@@ -135,8 +133,8 @@ class Reader {
     std::span<const std::string_view> keys_;
     JsonObject object_;
     std::size_t depth_ = 0;  // Of open arrays and objects.
-    std::string key_;        // Of the member whose value comes next,
-    bool keeps_ = false;     // and whether it is kept.
+    std::string key_;        // Of the member whose value comes next.
+    bool keeps_ = false;     // Whether that member is kept.
     std::string gathered_;
 };
 
@@ -161,8 +159,8 @@ Encoding encodingOf(std::string_view bytes) {
     return {};
 }
 
-std::uint32_t takeUnit(std::string_view& bytes, const Encoding& encoding) {
-    std::uint32_t unit = 0;
+utf::code_point takeUnit(std::string_view& bytes, const Encoding& encoding) {
+    utf::code_point unit = 0;
     for (std::size_t index = 0; index < encoding.unitSize; ++index) {
         const std::size_t place = encoding.isLittleEndian ? encoding.unitSize - 1 - index : index;
         unit = (unit << 8U) | static_cast<unsigned char>(bytes[place]);
@@ -171,18 +169,19 @@ std::uint32_t takeUnit(std::string_view& bytes, const Encoding& encoding) {
     return unit;
 }
 
-// No valid character when the text is broken.
+// A surrogate, which is no valid character, when the text is broken.
 utf::code_point takeCharacter(std::string_view& bytes, const Encoding& encoding) {
-    using Utf16 = utf::utf_traits<char16_t>;
-    const std::uint32_t first = takeUnit(bytes, encoding);
-    if (encoding.unitSize == 4 || !Utf16::is_first_surrogate(first) || bytes.empty()) return first;
-    const std::uint32_t second = takeUnit(bytes, encoding);
-    return Utf16::is_second_surrogate(second) ? Utf16::combine_surrogate(first, second) : utf::illegal;
+    const utf::code_point first = takeUnit(bytes, encoding);
+    const bool isHighSurrogate = encoding.unitSize == 2 && first >= 0xD800 && first < 0xDC00;
+    if (!isHighSurrogate || bytes.empty()) return first;
+    const utf::code_point second = takeUnit(bytes, encoding);
+    if (second < 0xDC00 || second > 0xDFFF) return first;
+    return 0x10000 + ((first - 0xD800) << 10U) + (second - 0xDC00);
 }
 
 using Parser = json::basic_parser<Reader>;
 
-// False when what has come so far is no beginning of a JSON text or, without `more`, no whole one.
+// False when the text so far cannot begin a JSON text or, without `more`, is no whole one.
 bool read(std::string_view text, bool more, Parser& parser) {
     error_code error;
     const std::size_t read = parser.write_some(more, text.data(), text.size(), error);
@@ -207,15 +206,15 @@ bool readConverted(std::string_view bytes, const Encoding& encoding, Parser& par
 
 // Absent when it cannot be written.
 std::optional<json::value> writable(const JsonValue& value) {
-    if (const auto* text = std::get_if<std::string>(&value.content())) {
+    if (const auto* text = std::get_if<std::string>(&value)) {
         return isUtf8(*text) ? std::optional<json::value>(json::string(*text)) : std::nullopt;
     }
-    if (const auto* number = std::get_if<double>(&value.content())) {
+    if (const auto* number = std::get_if<double>(&value)) {
         return std::isfinite(*number) ? std::optional<json::value>(*number) : std::nullopt;
     }
-    if (const auto* integer = std::get_if<std::int64_t>(&value.content())) return json::value(*integer);
-    if (const auto* boolean = std::get_if<bool>(&value.content())) return json::value(*boolean);
-    if (std::holds_alternative<std::nullptr_t>(value.content())) return json::value(nullptr);
+    if (const auto* integer = std::get_if<std::int64_t>(&value)) return json::value(*integer);
+    if (const auto* boolean = std::get_if<bool>(&value)) return json::value(*boolean);
+    if (std::holds_alternative<std::nullptr_t>(value)) return json::value(nullptr);
     return std::nullopt;
 }
 
@@ -248,30 +247,27 @@ const JsonValue* JsonObject::find(std::string_view key) const {
     return member == members_.end() ? nullptr : &member->second;
 }
 
-std::optional<std::string> JsonObject::takeString(std::string_view key) {
-    const JsonValue* member = find(key);
-    const std::string* text = member != nullptr ? member->asString() : nullptr;
-    if (text == nullptr) return std::nullopt;
-    return std::move(const_cast<std::string&>(*text));  // The object's own, and it may be changed here.
-}
-
-std::optional<bool> JsonValue::asBool() const {
-    if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean;
-    const std::optional<std::int64_t> integer = asInteger();
-    if (integer == 0) return false;
-    if (integer == 1) return true;
-    return std::nullopt;
-}
-
-std::optional<std::int64_t> JsonValue::asInteger() const {
-    if (const auto* boolean = std::get_if<bool>(&content_)) return *boolean ? 1 : 0;
-    if (const auto* integer = std::get_if<std::int64_t>(&content_)) return *integer;
-    const auto* number = std::get_if<double>(&content_);
+std::optional<std::int64_t> JsonObject::integer(std::string_view key) const {
+    const JsonValue* value = find(key);
+    if (const auto* boolean = std::get_if<bool>(value)) return *boolean ? 1 : 0;
+    if (const auto* integer = std::get_if<std::int64_t>(value)) return *integer;
+    const auto* number = std::get_if<double>(value);
     if (number == nullptr || std::trunc(*number) != *number) return std::nullopt;
     if (*number <= belowIntegers || *number >= beyondIntegers) return std::nullopt;
     return static_cast<std::int64_t>(*number);
 }
 
-const std::string* JsonValue::asString() const { return std::get_if<std::string>(&content_); }
+std::optional<bool> JsonObject::boolean(std::string_view key) const {
+    const std::optional<std::int64_t> number = integer(key);
+    if (number == 0) return false;
+    if (number == 1) return true;
+    return std::nullopt;
+}
+
+std::optional<std::string> JsonObject::takeString(std::string_view key) {
+    auto* text = const_cast<std::string*>(std::get_if<std::string>(find(key)));
+    if (text == nullptr) return std::nullopt;
+    return std::move(*text);
+}
 
 }  // namespace platform

@@ -19,8 +19,7 @@ Lines installLines(int status, const std::string& body) {
     if (isText) lines.push_back("   Response: " + body);
     if (status == 200 && isText) {
         if (const auto answer = platform::jsonObjectFrom(body)) {
-            const platform::JsonValue* created = answer->find("created");
-            const bool isNew = created != nullptr && created->asBool() == true;
+            const bool isNew = answer->boolean("created") == true;
             lines.emplace_back(isNew ? "   📝 New install created" : "   ♻️ Install already existed, updated");
         }
     }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <type_traits>
 
 namespace {
@@ -12,8 +13,15 @@ constexpr const char* sampleJson =
     R"({"os":"a","processor":"b","graphicsCard":"c","ramGB":1,"ramType":"d","ramFrequency":2,)"
     R"("storageGB":3,"storageType":"e","directxVersion":"f","gpuMemory":4})";
 
-std::variant<HardwareInfo, CodingError> decoded(const std::string& json) {
-    return hardwareInfoFrom(platform::jsonObjectFrom(json).value());
+HardwareInfo decoded(const std::string& json) { return hardwareInfoFrom(platform::jsonObjectFrom(json).value()); }
+
+std::optional<CodingError> errorOf(const std::string& json) {
+    try {
+        (void)decoded(json);
+        return std::nullopt;
+    } catch (const CodingError& error) {
+        return error;
+    }
 }
 
 std::string without(const std::string& member) {
@@ -29,49 +37,46 @@ TEST(HardwareInfo, EncodesTenMembersInDeclarationOrderWithNumbersAsNumbers) {
 }
 
 TEST(HardwareInfo, DecodesWhatItEncodes) {
-    const auto result = decoded(sampleJson);
-    ASSERT_TRUE(std::holds_alternative<HardwareInfo>(result));
-    EXPECT_EQ(platform::jsonDataFrom(jsonObjectOf(std::get<HardwareInfo>(result))), sampleJson);
+    EXPECT_EQ(platform::jsonDataFrom(jsonObjectOf(decoded(sampleJson))), sampleJson);
 }
 
 TEST(HardwareInfo, AMissingKeyIsAnErrorThoughTheOtherNineArePresent) {
-    EXPECT_EQ(std::get<CodingError>(decoded(without(R"(,"gpuMemory":4)"))),
-              (CodingError{CodingError::Kind::keyNotFound, "gpuMemory"}));
+    EXPECT_EQ(errorOf(without(R"(,"gpuMemory":4)")), (CodingError{CodingError::Kind::keyNotFound, "gpuMemory"}));
 }
 
 TEST(HardwareInfo, ANullIsAnErrorOfItsOwn) {
     std::string json = sampleJson;
     json.replace(json.find("\"b\""), 3, "null");
-    EXPECT_EQ(std::get<CodingError>(decoded(json)), (CodingError{CodingError::Kind::valueNotFound, "processor"}));
+    EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::valueNotFound, "processor"}));
 }
 
 TEST(HardwareInfo, TextWhereANumberBelongsIsATypeMismatch) {
     std::string json = sampleJson;
     json.replace(json.find("\"ramGB\":1"), 9, R"("ramGB":"1")");
-    EXPECT_EQ(std::get<CodingError>(decoded(json)), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
+    EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
 }
 
 TEST(HardwareInfo, ABooleanWhereANumberBelongsIsATypeMismatch) {
     std::string json = sampleJson;
     json.replace(json.find("\"ramGB\":1"), 9, R"("ramGB":true)");
-    EXPECT_EQ(std::get<CodingError>(decoded(json)), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
+    EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
 }
 
 TEST(HardwareInfo, ANumberWhereTextBelongsIsATypeMismatch) {
     std::string json = sampleJson;
     json.replace(json.find("\"a\""), 3, "7");
-    EXPECT_EQ(std::get<CodingError>(decoded(json)), (CodingError{CodingError::Kind::typeMismatch, "os"}));
+    EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "os"}));
 }
 
 TEST(HardwareInfo, TheFirstOfSeveralErrorsIsTheOneThatCounts) {
-    EXPECT_EQ(std::get<CodingError>(decoded("{}")), (CodingError{CodingError::Kind::keyNotFound, "os"}));
+    EXPECT_EQ(errorOf("{}"), (CodingError{CodingError::Kind::keyNotFound, "os"}));
 }
 
 TEST(HardwareInfo, AContainerWhereAScalarBelongsIsATypeMismatch) {
     for (const char* container : {"[]", "{}", "[1]"}) {
         std::string json = sampleJson;
         json.replace(json.find("\"ramGB\":1"), 9, std::string("\"ramGB\":") + container);
-        EXPECT_EQ(std::get<CodingError>(decoded(json)), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
+        EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
     }
 }
 
@@ -79,16 +84,14 @@ TEST(HardwareInfo, KeysAreTheFieldsNamesInTheirExactCase) {
     for (const char* other : {"RamGB", "ram_gb", "", "ramGB "}) {
         std::string json = sampleJson;
         json.replace(json.find("ramGB"), 5, other);
-        EXPECT_EQ(std::get<CodingError>(decoded(json)), (CodingError{CodingError::Kind::keyNotFound, "ramGB"}));
+        EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::keyNotFound, "ramGB"}));
     }
 }
 
 TEST(HardwareInfo, AnExtraKeyIsIgnored) {
     std::string json = sampleJson;
     json.insert(1, R"("ram_gb":99,)");
-    const auto result = decoded(json);
-    ASSERT_TRUE(std::holds_alternative<HardwareInfo>(result));
-    EXPECT_EQ(std::get<HardwareInfo>(result).ramGB, 1);
+    EXPECT_EQ(decoded(json).ramGB, 1);
 }
 
 }  // namespace
