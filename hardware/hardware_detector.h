@@ -1,4 +1,4 @@
-// Finding out what the computer is made of, and handing it to the website.
+// Detects the computer's hardware and sends it to the website.
 #pragma once
 
 #include <optional>
@@ -12,22 +12,20 @@ class HardwareDetector {
   public:
     HardwareDetector() = delete;
 
-    // Runs up to five commands of the system, one after another, and returns what they tell; whatever they do not tell
-    // keeps a fixed value. Never fails. Blocks for as long as the commands take, without limit: call it off the main
-    // thread. Two calls may run at once.
+    // Runs up to five system commands, one after another, and returns what they tell; the rest has fixed values. Never
+    // fails. Blocks until the commands have ended, without limit: call it off the main thread. Two calls may run at
+    // once.
     [[nodiscard]] static HardwareInfo detect();
 
-    // Posts the record to the website whose base URL (as a person typed it) is `url`, waits for the answer, and returns
-    // whether the website accepted it. The page that the answer names is opened by the main queue, before anything that
-    // the caller posts there afterwards. Why it failed stands in the log. Blocks until the exchange is over (the
-    // request's 60 idle seconds at most): call it off the main thread.
+    // Posts the record to the website with the base URL `url` (as typed), waits for the answer, and returns whether the
+    // website accepted it. The main queue opens the page that the answer names, before anything that the caller posts
+    // there afterwards. Failures are logged. Blocks until the request has ended or was idle for 60 seconds: call it off
+    // the main thread.
     [[nodiscard]] static bool sendToWebsite(const std::string& url, const HardwareInfo& hardware);
 
   private:
-    friend struct HardwareDetectorCommands;  // The tests' way to the command runner.
-
-    // What the command printed on standard output, as it is. Absent when it could not be started or printed something
-    // that is not UTF-8. Its exit status does not count.
+    // What the command printed on standard output, unchanged. Absent when it could not be started or its output is not
+    // UTF-8. Its exit status is ignored.
     [[nodiscard]] static std::optional<std::string> runCommand(const std::string& path,
                                                                const std::vector<std::string>& arguments);
 };
