@@ -13,7 +13,7 @@ using namespace platform;
 
 namespace {
 
-// Long enough to read that it went well and to see the browser come up.
+// Time to read the banner and to see the browser come up.
 constexpr std::chrono::milliseconds quitDelay{2000};
 
 }  // namespace
@@ -35,7 +35,8 @@ void ContentView::detectHardware() const {
     isDetecting.set(true);
     statusMessage.set("");
     userInitiatedQueue::async([view = *this] {
-        mainQueue::async([view, hardware = HardwareDetector::detect()] {
+        const HardwareInfo hardware = HardwareDetector::detect();
+        mainQueue::async([view, hardware] {
             view.detectedHardware.set(hardware);
             view.isDetecting.set(false);
             view.showStatus(StatusType::success, "Hardware detected successfully!");
@@ -49,7 +50,7 @@ void ContentView::sendToWebsite() const {
     isSending.set(true);
     showStatus(StatusType::info, "Sending hardware data...");
     userInitiatedQueue::async([view = *this, record = *hardware] {
-        // The address is read now, not at the press: what was typed until now counts.
+        // The address is read now, not at the press, so that what was typed in between counts.
         const bool succeeded = HardwareDetector::sendToWebsite(view.websiteUrl.get(), record);
         mainQueue::async([view, succeeded] { view.finishSending(succeeded); });
     });
@@ -59,7 +60,7 @@ void ContentView::finishSending(bool succeeded) const {
     isSending.set(false);
     if (succeeded) {
         showStatus(StatusType::success, "Hardware data sent successfully! Opening website...");
-        // Nothing takes this back, not even another press of the button in the meantime.
+        // Another press of the button in the meantime does not cancel this.
         mainQueue::asyncAfter(quitDelay, [] { application::terminate(); });
     } else {
         showStatus(StatusType::error, "Error: Failed to send hardware data. Check the console for details.");

@@ -1,4 +1,4 @@
-// ContentView's layout. It reads like the window, from top to bottom.
+// ContentView's layout, from top to bottom.
 #include "app/content_view.h"
 
 #include <utility>
@@ -63,7 +63,7 @@ View addressInput(const Cell<std::string>& websiteUrl) {
         .padding(Edges::horizontal);
 }
 
-// What stands on both buttons: the text and, while busy, a spinner before it, white on the button's colour.
+// The label of both buttons: the text, with a spinner before it while busy, white on the button's colour.
 View actionLabel(bool isBusy, const char* busyText, const char* idleText, Color fill) {
     return hstack(
                {
@@ -93,7 +93,7 @@ View sendButton(const ContentView& view) {
         .padding(Edges::horizontal);
 }
 
-// "8GB" on the graphics card, "16 GB" on the others: that is how the rows are to read.
+// On purpose, only the graphics card's "8GB" has no blank.
 std::vector<HardwareRow> rowsOf(const HardwareInfo& hardware) {
     return {
         {"OS", hardware.os},

@@ -4,9 +4,9 @@
 #include "platform/ui.h"
 
 struct HardwareDetectorApp {
-    // The one window, 600 by 500 points and without title bar, with a fresh main view in it.
+    // The one window, 600 by 500 points, with a new main view in it.
     [[nodiscard]] platform::WindowDescription body() const;
 
-    // Hands the calling thread over to the application; does not return.
+    // Runs the application on the calling thread.
     [[noreturn]] static void main();
 };
