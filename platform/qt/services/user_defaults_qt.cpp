@@ -11,46 +11,34 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVariant>
-#include <map>
-#include <memory>
 
 namespace platform {
 
 namespace {
 
-QString folder() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/velmora");
-}
-
-// Null when there is something else than a regular file of this user's own in the file's place: reading a pipe would
-// never end, and writing by a link would change a file that is none of ours. A file that others could read is closed to
-// them at once, because the id in it is nobody else's business.
-std::unique_ptr<QSettings> openSettings() {
-    const QString name = folder() + QStringLiteral("/hardware-detector.conf");
-    const QByteArray path = QFile::encodeName(name);
+// Not the file when something else than a regular file of this user's is in its place: reading a pipe would never end,
+// and writing through a link would change a file that isn't ours. Nothing can be stored under the name given instead,
+// so values last as long as the process. A file that others could read is closed to them: the id is private.
+QString usableFile() {
+    const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                         QStringLiteral("/velmora/hardware-detector.conf");
+    const QByteArray path = QFile::encodeName(file);
     struct stat status {};
-    if (lstat(path.constData(), &status) == 0) {
-        if (!S_ISREG(status.st_mode) || status.st_uid != geteuid()) return nullptr;
-        chmod(path.constData(), S_IRUSR | S_IWUSR);
-    }
-    return std::make_unique<QSettings>(name, QSettings::IniFormat);
+    if (lstat(path.constData(), &status) != 0) return file;
+    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid()) return QStringLiteral("/dev/null/nowhere");
+    chmod(path.constData(), S_IRUSR | S_IWUSR);
+    return file;
 }
 
 // One for the life of the process: it holds whatever could not be written to the disk.
-QSettings* settings() {
-    static const std::unique_ptr<QSettings> theSettings = openSettings();
-    return theSettings.get();
+QSettings& settings() {
+    static QSettings theSettings(usableFile(), QSettings::IniFormat);
+    return theSettings;
 }
 
-// What is set while there is no store.
-std::map<std::string, std::string>& memory() {
-    static std::map<std::string, std::string> values;
-    return values;
-}
-
-// The toolkit would make folder and file with the permissions that everything new gets.
+// The toolkit would make folder and file readable for everybody.
 void makeFileForItsOwner() {
-    const QFileInfo file(settings()->fileName());
+    const QFileInfo file(settings().fileName());
     QDir().mkpath(QFileInfo(file.path()).path());
     mkdir(QFile::encodeName(file.path()).constData(), S_IRWXU);
     const int made = open(QFile::encodeName(file.filePath()).constData(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC,
@@ -61,25 +49,17 @@ void makeFileForItsOwner() {
 }  // namespace
 
 std::optional<std::string> userDefaults::string(const std::string& key) {
-    if (settings() == nullptr) {
-        const auto found = memory().find(key);
-        return found == memory().end() ? std::nullopt : std::optional(found->second);
-    }
-    settings()->sync();  // Takes in what another process has stored meanwhile.
-    const QVariant value = settings()->value(QString::fromStdString(key));
-    // Values have no types in the file, but for the marked ones of the toolkit and for lists.
+    settings().sync();  // Reads what another process has stored meanwhile.
+    const QVariant value = settings().value(QString::fromStdString(key));
+    // Only lists and values that the toolkit marked have another type in the file.
     if (value.typeId() != QMetaType::QString) return std::nullopt;
     return value.toString().toStdString();
 }
 
 void userDefaults::setString(const std::string& key, const std::string& value) {
-    if (settings() == nullptr) {
-        memory()[key] = value;
-        return;
-    }
     makeFileForItsOwner();
-    settings()->setValue(QString::fromStdString(key), QString::fromStdString(value));
-    settings()->sync();
+    settings().setValue(QString::fromStdString(key), QString::fromStdString(value));
+    settings().sync();
 }
 
 void userDefaults::setBool(const std::string& key, bool value) { setString(key, value ? "1" : "0"); }
