@@ -1,11 +1,13 @@
 // What a person can do with the window: press, move on, move it, close it; and when it counts as opened.
 #include <QMouseEvent>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "platform/qt/window/widgets/slim_scroll_bar.h"
 #include "tests/window/shown_window.h"
 
 namespace window_test {
@@ -148,6 +150,35 @@ TEST_F(WindowOperation, TheListIsScrolledByWheelAndScrollBar) {
     QTest::mouseMove(window_.windowHandle(), QPoint(top.x(), area.bottom()));
     EXPECT_EQ(bar->value(), bar->maximum());
     QTest::mouseRelease(window_.windowHandle(), Qt::LeftButton, {}, QPoint(top.x(), area.bottom()));
+}
+
+// As on macOS.
+class OverlayScrollBars : public QProxyStyle {
+  public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* result) const override {
+        return hint == SH_ScrollBar_Transient ? 1 : QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
+TEST_F(WindowOperation, TheListKeepsAScrollBarOfThePlatformThatLiesOverTheContent) {
+    const auto slimBars = [this] {
+        const QList<QWidget*> parts = list()->findChildren<QWidget*>();
+        return std::count_if(parts.begin(), parts.end(),
+                             [](QWidget* part) { return dynamic_cast<platform::SlimScrollBar*>(part) != nullptr; });
+    };
+    show(recordOfLength(1'000));
+    EXPECT_EQ(slimBars(), 1);
+    EXPECT_FALSE(list()->verticalScrollBar()->isVisible());
+    const QString before = QApplication::style()->name();
+    QApplication::setStyle(new OverlayScrollBars);
+    view_.detectedHardware.set(std::nullopt);
+    settle();
+    show(recordOfLength(1'000));
+    EXPECT_EQ(slimBars(), 0);
+    EXPECT_TRUE(list()->verticalScrollBar()->isVisible());
+    EXPECT_EQ(list()->viewport()->width(), list()->width());
+    QApplication::setStyle(before);
 }
 
 TEST_F(WindowOperation, TabSkipsAListThatNeedsNoScrolling) {

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include "platform/qt/window/widgets/colors_and_fonts.h"
 
@@ -11,9 +12,9 @@ namespace platform {
 namespace {
 
 constexpr int smallestHeight = 24;  // Still shows a line of text.
-constexpr int lineHeight = 28;      // What one press of an arrow key moves: about a row.
+constexpr int lineHeight = 28;      // About a row, for each press of an arrow key.
 
-// Lies over everything in the area, mouse and all going through.
+// Lies over the whole area, but lets the mouse through.
 class FocusRing : public QWidget {
   public:
     explicit FocusRing(QWidget* area) : QWidget(area) {
@@ -34,12 +35,14 @@ class FocusRing : public QWidget {
 
 }  // namespace
 
-FlexibleScrollArea::FlexibleScrollArea()
-    : bar_(new SlimScrollBar(verticalScrollBar(), this)), focusRing_(new FocusRing(this)) {
+FlexibleScrollArea::FlexibleScrollArea() : focusRing_(new FocusRing(this)) {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    if (style()->styleHint(QStyle::SH_ScrollBar_Transient, nullptr, verticalScrollBar()) == 0) {
+        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // It would take space from the content.
+        slimBar_ = new SlimScrollBar(verticalScrollBar(), this);
+    }
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     viewport()->setAutoFillBackground(false);
     verticalScrollBar()->setSingleStep(lineHeight);
@@ -59,7 +62,7 @@ QSize FlexibleScrollArea::sizeHint() const {
 
 QSize FlexibleScrollArea::minimumSizeHint() const { return {0, smallestHeight}; }
 
-// The content's own wishes change without this widget's doing: a longer value takes more lines.
+// The content's size may change by itself: a longer value takes more lines.
 bool FlexibleScrollArea::eventFilter(QObject* watched, QEvent* event) {
     if (watched == widget() && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize)) {
         updateGeometry();
@@ -77,9 +80,10 @@ bool FlexibleScrollArea::event(QEvent* event) {
 
 void FlexibleScrollArea::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
-    const int thickness = bar_->sizeHint().width();
-    bar_->setGeometry(width() - thickness, 0, thickness, height());
-    bar_->raise();
+    if (slimBar_ != nullptr) {
+        slimBar_->setGeometry(width() - SlimScrollBar::thickness, 0, SlimScrollBar::thickness, height());
+        slimBar_->raise();
+    }
     focusRing_->setGeometry(rect());
 }
 

@@ -1,4 +1,4 @@
-// A scroll area as high as its content, up to a limit, that gives way when space is short.
+// A scroll area as high as its content, up to a limit, that shrinks when space is short.
 #pragma once
 
 #include <QScrollArea>
@@ -22,7 +22,7 @@ class FlexibleScrollArea : public QScrollArea {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    SlimScrollBar* bar_;
+    SlimScrollBar* slimBar_ = nullptr;  // Null where the platform's own bar lies over the content.
     QWidget* focusRing_;
 };
 

@@ -9,7 +9,6 @@ namespace platform {
 
 namespace {
 
-constexpr int thickness = 11;
 constexpr double thumbInset = 2;
 constexpr double shortestThumb = 18;
 constexpr double thumbOpacity = 0.5;
@@ -24,8 +23,6 @@ SlimScrollBar::SlimScrollBar(QScrollBar* scrolled, QWidget* parent) : QWidget(pa
     });
     hide();
 }
-
-QSize SlimScrollBar::sizeHint() const { return {thickness, thickness}; }
 
 QRectF SlimScrollBar::thumb() const {
     const double range = scrolled_->maximum() - scrolled_->minimum();

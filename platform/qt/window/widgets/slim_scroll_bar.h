@@ -1,4 +1,4 @@
-// A scroll bar that lies over what it scrolls and takes no space from it.
+// A scroll bar that lies over the content, for platforms that have none of this kind.
 #pragma once
 
 #include <QScrollBar>
@@ -7,12 +7,12 @@
 
 namespace platform {
 
-// Shows, and lets the mouse change, where `scrolled` stands; hidden while there is nothing to scroll.
+// Shows the position of `scrolled` and lets the mouse change it; hidden while there is nothing to scroll.
 class SlimScrollBar : public QWidget {
   public:
-    SlimScrollBar(QScrollBar* scrolled, QWidget* parent);
+    static constexpr int thickness = 11;
 
-    [[nodiscard]] QSize sizeHint() const override;
+    SlimScrollBar(QScrollBar* scrolled, QWidget* parent);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
