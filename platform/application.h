@@ -5,8 +5,8 @@
 
 namespace platform::application {
 
-// Makes and shows the one window and runs the main queue on the calling thread, which becomes the main thread, until
-// the application is ended; then ends the process with status 0 at once, whatever other threads and children still do.
+// Shows the window and runs the main queue on the calling thread, the main thread from now on, until the application
+// ends. Then ends the process with status 0 at once, without waiting for threads or children.
 [[noreturn]] void run(const WindowDescription& scene);
 
 // Ends the application as if its user had quit it. Main thread only; returns.

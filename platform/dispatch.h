@@ -1,4 +1,4 @@
-// Queues of work: how a thread hands work to another.
+// Queues that hand work from one thread to another.
 #pragma once
 
 #include <chrono>
@@ -8,8 +8,8 @@ namespace platform {
 
 using Work = std::function<void()>;
 
-// The main thread's queue: work runs one after another, first in, first out, between the window's events. Whatever has
-// not run when the application ends never runs.
+// The main thread's queue: work runs one after another, first in, first out, between the window's events. Work that is
+// left when the application ends never runs.
 namespace mainQueue {
 
 // Both return at once; safe from any thread once the application runs. The delay counts from the call.
@@ -18,8 +18,8 @@ void asyncAfter(std::chrono::milliseconds delay, Work work);
 
 }  // namespace mainQueue
 
-// Work that a person waits for. Every piece gets a thread of its own at once, so that one that blocks holds no other
-// back. The application ends without waiting for any of it.
+// Work that a person waits for, each piece on a thread of its own, so that none delays another. The application does
+// not wait for it to end.
 namespace userInitiatedQueue {
 
 void async(Work work);  // Returns at once; safe from any thread.

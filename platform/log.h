@@ -5,17 +5,15 @@
 
 namespace platform {
 
-// Call this first in main, before anything opens a file or starts a thread. From then on the log alone has standard
-// output: what libraries print there goes to standard error, and children do not inherit it. Standard descriptors that
-// the process was started without are opened on /dev/null, so that no file or socket gets their numbers. A reader that
-// goes away no longer ends the process (SIGPIPE is ignored).
+// Call this first in main. From then on only the log writes to standard output: what libraries print goes to standard
+// error. Opens missing standard descriptors on /dev/null, so that no file or socket gets their numbers, and ignores
+// SIGPIPE, so that a reader that goes away doesn't end the process.
 void beginLog();
 
-// Writes `message`, the value that it announces, and a line feed to standard output, flushed before it returns. Lines
-// from several threads never mix. On a terminal control characters are shown instead of obeyed, but for tabs and the
-// line endings LF and CR LF; everywhere else every byte is as it was. A standard output that is closed, or a disk
-// that is full, loses the line and nothing else; a full pipe blocks the caller until somebody reads it. Before
-// beginLog() nothing is written. Safe from any thread.
+// Writes `message`, `value` and a line feed to standard output and flushes it; before beginLog() it writes nothing.
+// Lines of several threads never mix. A terminal gets control characters as visible symbols, except for tabs and line
+// endings. If standard output is closed or the disk is full, the line is lost; a full pipe blocks. Safe from any
+// thread.
 void log(std::string_view message, std::string_view value = {});
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// What the machine knows about itself.
+// The machine's identity.
 #pragma once
 
 #include <optional>
@@ -6,9 +6,8 @@
 
 namespace platform {
 
-// The machine's own UUID, the same at every start and for every user; absent when the machine has none or does not say.
-// Taken as the system gives it: 36 upper-case characters on every machine seen, but nothing checks that.
-// Safe from any thread.
+// The machine's UUID as the system gives it, unchecked: the same at every start and for every user. Absent when the
+// machine has none. Safe from any thread.
 [[nodiscard]] std::optional<std::string> platformUuid();
 
 }  // namespace platform

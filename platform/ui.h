@@ -1,11 +1,9 @@
-// The window, described as plain data: what it shows, from the outside in.
+// The window, described as plain data.
 //
-// A view is a value. It is built anew from the state at each change, and the back end that shows it brings the window
-// up to date with the newest value: texts, colours, actions, whether a button is disabled and optional children change
-// in place, so that focus, caret and half-typed text stay. An element of another kind, with other modifiers, another
-// number of children or another spacing, alignment or width replaces the one in its slot, whose focus and caret are
-// lost. When an action or a field's change returns, the window is up to date before any more input comes. All lengths
-// are in points: one logical pixel each, whatever the screen's scale. Main thread only, but for Cell::get.
+// A view is a value, built anew from the state at each change. The back end updates the window in place, so that focus,
+// caret and half-typed text stay. Only an element of another kind, with other modifiers, another number of children or
+// another spacing, alignment or width replaces the one in its slot. After an action or a field's change, the window is
+// updated before any more input. Lengths are in points: logical pixels. Main thread only, except Cell::get.
 #pragma once
 
 #include <functional>
@@ -30,7 +28,7 @@ enum class Edges { all, horizontal, top, trailing };
 enum class TextStyle { body, subheadline, headline, title2 };
 enum class Weight { regular, semibold, bold };
 
-// Named colours of the platform, each with a light and a dark face; primary and secondary are those of text.
+// Named colours of the platform, each in light and dark; primary and secondary are those of text.
 enum class Color { primary, secondary, blue, green, red, gray, white };
 
 enum class SymbolName { checkmarkCircleFill, xmarkCircleFill, infoCircleFill };
@@ -38,7 +36,7 @@ enum class SymbolName { checkmarkCircleFill, xmarkCircleFill, infoCircleFill };
 class View;
 
 struct Text {
-    std::string text;  // Shown as it stands: no markup, no shortcut marks. Wraps where its space ends.
+    std::string text;  // Shown unchanged, without markup. Wraps.
     TextStyle style = TextStyle::body;
     std::optional<Weight> weight = {};  // The style's own when absent.
     std::optional<Color> color = {};    // The surrounding foreground when absent.
@@ -48,12 +46,12 @@ struct TextField {
     std::string text;
     std::string placeholder;
     std::string accessibleName;  // What a screen reader calls the field.
-    // Called with the whole text at every change that a person makes.
+    // Called with the whole text at each change that a person makes.
     std::function<void(const std::string&)> onChange;
 };
 
 struct ProgressIndicator {
-    double scale = 1;  // Drawn at this share of its natural size; the space it takes stays natural.
+    double scale = 1;  // Of the drawing; the space that it takes stays the same.
 };
 
 struct Symbol {
@@ -63,7 +61,7 @@ struct Symbol {
 
 struct Spacer {};
 
-// The slot of an optional child that is not there now: it takes no space, and no spacing either.
+// The slot of an absent optional child: takes neither space nor spacing.
 struct Nothing {};
 
 struct Stack {
@@ -78,15 +76,15 @@ struct Button {
     std::vector<View> label;  // Exactly one.
 };
 
-// Scrolls vertically when its content is higher than its space. As high as its content, at most `maximumHeight`, and
-// the one element that gives way when the window is too low for everything.
+// Scrolls vertically. As high as its content, at most `maximumHeight`; the only element that shrinks when the window is
+// too low for everything.
 struct ScrollArea {
     int maximumHeight;
     std::string accessibleName;  // What a screen reader calls the area.
     std::vector<View> content;   // Exactly one.
 };
 
-// Modifiers wrap what stands before them: a background after a padding fills the padding too.
+// A modifier wraps the element and the modifiers before it: a background after a padding fills the padding too.
 struct Padding {
     Edges edges;
     int length;
@@ -111,11 +109,10 @@ struct Foreground {  // The colour of every text and indicator inside that names
 struct Disabled {  // On a button; other elements are never disabled.
     bool disabled;
 };
-struct Spoken {      // For a screen reader all inside is one, called by all its words; the parts can still be read by
-                     // themselves.
-    bool announced;  // Said at once, too, whenever the words appear or change.
+struct Spoken {      // One element for a screen reader, named by all its words.
+    bool announced;  // Said whenever the words appear or change.
 };
-struct OnAppear {  // On the outermost view: called each time the window has come on screen, its first frame painted.
+struct OnAppear {  // On the outermost view: called after the first frame each time the window comes on screen.
     std::function<void()> action;
 };
 
@@ -173,13 +170,13 @@ class View {
 
 [[nodiscard]] inline View spacer() { return View(Spacer{}); }
 
-// The child while `present`, and its empty slot otherwise, so that the children after it stay who they are.
+// The child if `present`, otherwise an empty slot, so that the children after it keep their slots.
 template <typename MakeView>
 [[nodiscard]] View optionally(bool present, MakeView makeView) {
     return present ? makeView() : View(Nothing{});
 }
 
-// Tells the window that shows a view that the view's state has changed. Copies tell the same window.
+// Tells the window that its view's state has changed. Copies tell the same window.
 class ChangeNotifier {
   public:
     void observe(std::function<void()> observer) const { *observer_ = std::move(observer); }
@@ -192,8 +189,7 @@ class ChangeNotifier {
     std::shared_ptr<std::function<void()>> observer_ = std::make_shared<std::function<void()>>();
 };
 
-// One piece of a view's state. Copies share the piece, so a view that holds cells is a cheap handle on its state.
-// Only the main thread sets; get is safe from any thread and gives a whole value, old or new.
+// One piece of a view's state, shared by all copies. Only the main thread sets it; get is safe from any thread.
 template <typename Value>
 class Cell {
   public:
@@ -224,18 +220,18 @@ class Cell {
     std::shared_ptr<Slot> slot_;
 };
 
-// A window of fixed content size without title bar, moved by its background. How it is closed, whether the application
-// ends with it, and how it is opened again, are the desktop's conventions.
+// A window of fixed size without title bar, moved by its background. The desktop's conventions decide how it is closed
+// and opened again.
 struct WindowDescription {
     struct Content {
-        std::function<View()> body;  // The newest view. Called on the main thread at each change.
-        ChangeNotifier changes;      // Says when there is a newer one.
+        std::function<View()> body;  // The current view. Called on the main thread at each change.
+        ChangeNotifier changes;      // Notified when the view has changed.
     };
 
-    std::string name;  // What task bars and screen readers call the window; shown nowhere in it.
+    std::string name;  // For task bars and screen readers; not shown in the window.
     int width;
     int height;
-    std::function<Content()> content;  // For a window that opens: a main view of its own, in its initial state.
+    std::function<Content()> content;  // Makes the content of a window that opens, in its initial state.
 };
 
 }  // namespace platform

@@ -7,8 +7,7 @@
 
 namespace platform {
 
-// A text that is a URL reference by RFC 3986, kept byte for byte: nothing is escaped, resolved or put in lower case.
-// That it parses says nothing about being loadable: "path" and "localhost:8080/x" are URLs too.
+// A URL reference by RFC 3986, kept byte for byte. It may not be loadable: "path" and "localhost:8080/x" are URLs too.
 class Url {
   public:
     // Absent when `text` is empty or breaks the grammar: a blank, a control or non-ASCII character, a "%" without two
@@ -18,7 +17,7 @@ class Url {
 
     [[nodiscard]] const std::string& absoluteString() const { return text_; }
 
-    // What stands before the first ":", in lower case; empty for a relative reference.
+    // In lower case; empty for a relative reference.
     [[nodiscard]] const std::string& scheme() const { return scheme_; }
 
     // The host as written; empty when there is none.

@@ -16,7 +16,7 @@ struct Authority {
     std::string_view port;  // With the colon.
 };
 
-// What stands between "//" and the path. All parts are empty where there is none.
+// Empty parts where there is no authority.
 Authority authorityOf(std::string_view text, std::size_t schemeSize) {
     if (schemeSize > 0) text.remove_prefix(schemeSize + 1);
     if (!text.starts_with("//")) return {};
@@ -35,8 +35,9 @@ Authority authorityOf(std::string_view text, std::size_t schemeSize) {
     return authority;
 }
 
-// Some versions of the library accept what others refuse: a second "#" (since 1.83), brackets in the query and a zone in
-// an IPv6 address (in 1.92), or anything that follows a host and is no port (before 1.83, which read it as the path).
+// Some versions of the library accept what others refuse: a second "#" (since 1.83), brackets in the query and a zone
+// in an IPv6 address (in 1.92), or anything that follows a host and is no port (before 1.83, which read it as the
+// path).
 bool breaksTheGrammar(const std::string& text, const boost::urls::url_view& url, const Authority& authority) {
     const auto query = url.encoded_query();
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -59,7 +60,7 @@ std::string lowerCased(std::string_view text) {
 }  // namespace
 
 std::optional<Url> Url::parse(std::string text) {
-    // The grammar takes the empty text as a reference to the document at hand, of which there is none here.
+    // To the grammar, the empty text is a reference to the current document; there is none here.
     if (text.empty()) return std::nullopt;
     const auto url = boost::urls::parse_uri_reference(text);
     if (!url) return std::nullopt;

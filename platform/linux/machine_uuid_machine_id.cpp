@@ -1,7 +1,5 @@
-// The machine's UUID, made from /etc/machine-id.
-//
-// That identifier is confidential and must not leave the machine as it stands (machine-id(5)). What is handed out is
-// made of it by a keyed hash, in the way of sd_id128_get_machine_app_specific(3): stable, ours alone, and no way back.
+// The machine's UUID, made from /etc/machine-id by a keyed hash, like sd_id128_get_machine_app_specific(3): the
+// identifier itself is confidential and must not leave the machine (machine-id(5)).
 #include "platform/machine_uuid.h"
 
 #include <QFile>
@@ -14,11 +12,11 @@ namespace {
 
 constexpr qint64 machineIdLength = 32;  // Hexadecimal digits in lower case, then a line feed.
 
-// Drawn at random once, for this program. Another value would make every machine a new one.
+// Random, for this program alone. Another value would give every machine another UUID.
 constexpr QUuid applicationId{0x7c1f6d0b, 0x52e4, 0x4a38, 0x9e, 0x0d, 0x3b, 0x6a, 0x91, 0xc8, 0xf2, 0x57};
 
-// Absent for whatever is no identifier: "uninitialized", which a system says while it starts for the first time, or
-// noughts alone, which would be many machines' at once.
+// Absent for anything else: "uninitialized", as during a system's first start, or all zeros, which many machines would
+// share.
 std::optional<QByteArray> machineId() {
     QFile file(QStringLiteral("/etc/machine-id"));
     if (!file.open(QIODevice::ReadOnly)) return std::nullopt;

@@ -1,6 +1,4 @@
-// The default browser by Launch Services.
-//
-// It is given the URL as it stands; the toolkit's own opening would rewrite it.
+// Pages opened by Launch Services. The toolkit's own function would rewrite the URL.
 #include "platform/browser.h"
 
 #include <CoreServices/CoreServices.h>

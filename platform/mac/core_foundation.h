@@ -1,4 +1,4 @@
-// CoreFoundation's objects and texts in the hands of the macOS back ends.
+// CoreFoundation's objects and texts in C++.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -14,7 +14,7 @@ struct Release {
     void operator()(CFTypeRef object) const { CFRelease(object); }
 };
 
-// A reference that is ours to release, as a function with "Create" or "Copy" in its name returns it. May be null.
+// A reference to release, as functions with "Create" or "Copy" in their name return it. May be null.
 template <typename Reference>
 using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
 
@@ -23,14 +23,14 @@ using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
     return object != nullptr && CFGetTypeID(object) == CFStringGetTypeID();
 }
 
-// The whole text in UTF-8, NUL characters included. Half a surrogate pair, which UTF-8 has no bytes for, becomes "?".
+// In UTF-8, NUL characters included. A lone surrogate becomes "?".
 [[nodiscard]] inline std::string utf8(CFStringRef string) {
-    constexpr UInt8 forWhatCannotBeWritten = '?';
+    constexpr UInt8 forLoneSurrogates = '?';
     const CFIndex length = CFStringGetLength(string);
     const CFIndex capacity = CFStringGetMaximumSizeForEncoding(length, kCFStringEncodingUTF8);
     std::string text(static_cast<std::size_t>(capacity), '\0');
     CFIndex used = 0;
-    CFStringGetBytes(string, CFRangeMake(0, length), kCFStringEncodingUTF8, forWhatCannotBeWritten, false,
+    CFStringGetBytes(string, CFRangeMake(0, length), kCFStringEncodingUTF8, forLoneSurrogates, false,
                      reinterpret_cast<UInt8*>(text.data()), capacity, &used);
     text.resize(static_cast<std::size_t>(used));
     return text;

@@ -1,4 +1,4 @@
-// Local dates by CFDateFormatter, which brings the calendar and the digits of Language & Region along.
+// Local dates by CFDateFormatter, with the calendar and digits of Language & Region.
 #include "platform/date.h"
 
 #include "platform/mac/core_foundation.h"

@@ -1,5 +1,5 @@
-// Windows on macOS: the title bar is there, for its three buttons and to be dragged by, and not to be seen; the menu
-// bar has the keys; the application goes on without its window, which its icon in the Dock opens again.
+// For macOS: the title bar is transparent but keeps its three buttons, the menu bar has the keys, and the application
+// goes on without its window until its icon in the Dock opens it again.
 #include "platform/qt/window/desktop_conventions.h"
 
 #include <QWidget>
@@ -20,7 +20,6 @@ constexpr long noSeparator = 1;
 void dress(QWidget& window) {
     const id view = reinterpret_cast<id>(window.winId());
     const id native = objectiveC::send<id>(view, "window");
-    // The content stays below the title bar, which shows the window's own background.
     objectiveC::send(native, "setTitleVisibility:", titleHidden);
     objectiveC::send(native, "setTitlebarAppearsTransparent:", static_cast<BOOL>(YES));
     if (objectiveC::responds(native, "setTitlebarSeparatorStyle:")) {
@@ -29,7 +28,7 @@ void dress(QWidget& window) {
 }
 
 void addMenus() {
-    static QMenuBar* const menuBar = makeMenuBar();  // As long as the application.
+    static QMenuBar* const menuBar = makeMenuBar();
     static_cast<void>(menuBar);
 }
 

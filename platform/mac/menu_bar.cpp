@@ -16,11 +16,11 @@ namespace {
 QAction* addItem(QMenu& menu, const char* text, const QKeySequence& keys) {
     QAction* item = menu.addAction(QString::fromUtf8(text));
     item->setShortcut(keys);
-    item->setMenuRole(QAction::NoRole);  // It stays where it is put, whatever its text reminds the toolkit of.
+    item->setMenuRole(QAction::NoRole);  // Otherwise the toolkit may move it because of its text.
     return item;
 }
 
-// The focused element knows what to do with the keys that an item stands for, be it a field or a text.
+// Sends the item's keys to the focused element, which knows what to do with them.
 void addEditItem(QMenu& menu, const char* text, const QKeySequence& keys) {
     const QKeyCombination combination = keys[0];
     QObject::connect(addItem(menu, text, keys), &QAction::triggered, [combination] {
@@ -50,13 +50,13 @@ void showAboutPanel() {
 QMenuBar* makeMenuBar() {
     auto* bar = new QMenuBar;
 
-    // The toolkit moves About into the application's menu, which is there anyway.
+    // The toolkit moves About into the application's own menu.
     QMenu& edit = *bar->addMenu(QStringLiteral("Edit"));
     QAction* about = edit.addAction(QStringLiteral("About Hardware Detector"));
     about->setMenuRole(QAction::AboutRole);
     QObject::connect(about, &QAction::triggered, showAboutPanel);
 
-    // On macOS the toolkit takes Ctrl for Cmd.
+    // On macOS the toolkit's CTRL is the Command key.
     addEditItem(edit, "Undo", Qt::CTRL | Qt::Key_Z);
     addEditItem(edit, "Redo", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     edit.addSeparator();

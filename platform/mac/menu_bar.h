@@ -5,7 +5,7 @@ class QMenuBar;
 
 namespace platform {
 
-// A menu bar for all windows and for none. Its items always can be chosen: an item that is dim takes its keys with it.
+// A menu bar for all windows. Its items are never disabled, because a disabled item would disable its keys.
 [[nodiscard]] QMenuBar* makeMenuBar();
 
 }  // namespace platform

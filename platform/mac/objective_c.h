@@ -1,4 +1,4 @@
-// Messages to Objective-C objects from plain C++, by the language's runtime library.
+// Messages to Objective-C objects from plain C++.
 #pragma once
 
 #include <objc/message.h>
@@ -6,7 +6,7 @@
 
 namespace platform::objectiveC {
 
-// The runtime's one function stands for every method; it has to be called with the method's own types.
+// objc_msgSend must be called with the types of the method that it stands for.
 template <typename Result = void, typename... Arguments>
 Result send(id receiver, const char* selector, Arguments... arguments) {
     using Method = Result (*)(id, SEL, Arguments...);
@@ -15,7 +15,7 @@ Result send(id receiver, const char* selector, Arguments... arguments) {
 
 [[nodiscard]] inline id classNamed(const char* name) { return reinterpret_cast<id>(objc_getClass(name)); }
 
-// False for an object that is not there, as every message to it is in vain.
+// False for nil.
 [[nodiscard]] inline bool responds(id receiver, const char* selector) {
     return send<BOOL>(receiver, "respondsToSelector:", sel_registerName(selector)) != NO;
 }

@@ -1,5 +1,5 @@
-// The store in the user's preferences, in the domain of the bundle's identifier, or of the program's name where there
-// is no bundle. Keys and values are UTF-8; what is not is neither found nor stored.
+// The store in the user's preferences, in the domain of the bundle's identifier, or of the program's name without a
+// bundle. Keys and values that are not UTF-8 are neither found nor stored.
 #include "platform/user_defaults.h"
 
 #include "platform/mac/core_foundation.h"
@@ -10,7 +10,7 @@ namespace {
 
 using coreFoundation::Owned;
 
-// To the system's daemon and back: what other processes have stored by then is seen from here on.
+// Exchanges values with the system's daemon, and so with other processes.
 void synchronize() { CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication); }
 
 void set(const std::string& key, CFPropertyListRef value) {

@@ -12,15 +12,14 @@ namespace platform {
 
 namespace {
 
-// Started with one of the three closed, the program would get it back as its first socket or file, and then write log
-// lines into that.
+// Otherwise the first socket or file would get the number of a missing one, and log lines would be written into it.
 void openMissingStandardDescriptors() {
     int descriptor = open("/dev/null", O_RDWR);
     while (descriptor >= STDIN_FILENO && descriptor <= STDERR_FILENO) descriptor = open("/dev/null", O_RDWR);
     if (descriptor >= 0) close(descriptor);
 }
 
-// Null until beginLog() and when there is no descriptor left for it.
+// Null before beginLog(), and when no descriptor was left for it.
 FILE* output = nullptr;
 
 bool isForATerminal() {
@@ -30,8 +29,8 @@ bool isForATerminal() {
 
 bool isLineEnding(std::string_view text) { return text.starts_with('\n') || text.starts_with("\r\n"); }
 
-// A terminal obeys control characters, so that an answer could move the cursor and write over lines that tell of it.
-// There they are shown as the pictures that Unicode has of them.
+// An answer could otherwise move a terminal's cursor and overwrite the lines that tell of it. Unicode has a picture of
+// each control character below 0x80.
 void writeWithControlsVisible(std::string_view text) {
     constexpr const char* replacement = "\xEF\xBF\xBD";
     for (std::size_t at = 0; at < text.size(); ++at) {

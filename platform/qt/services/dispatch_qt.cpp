@@ -16,13 +16,12 @@ namespace platform {
 
 namespace {
 
-// How soon a piece of work is offered again when the system has no thread to give.
+// When to try again after the system has refused a thread.
 constexpr std::chrono::milliseconds secondTry{100};
 
-// Lives on the main thread, whose event loop has it run one piece for each event it was sent.
+// Lives on the main thread and runs one piece of work for each event.
 //
-// The toolkit could keep the work itself, but hands it over by means that a thread sanitizer doesn't see, and this is
-// the one place where threads meet.
+// The toolkit's own queued calls would be shorter, but a thread sanitizer doesn't see how they synchronise threads.
 class MainQueue : public QObject {
   public:
     MainQueue() { moveToThread(QCoreApplication::instance()->thread()); }
@@ -65,9 +64,8 @@ void mainQueue::async(Work work) {
 
 void mainQueue::asyncAfter(std::chrono::milliseconds delay, Work work) {
     using std::chrono::steady_clock;
-    // The deadline counts from the call, however long the main thread is busy before it can start the timer. A timer
-    // belongs to the thread that starts it, and only the main one is sure to run an event loop. The coarse kind would
-    // be up to a twentieth early.
+    // The delay counts from the call, also when the main thread is too busy to start the timer at once. The timer must
+    // start there, because only that thread is sure to run an event loop. A coarse timer may be early.
     async([deadline = steady_clock::now() + delay, work = std::move(work)] {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
         QTimer::singleShot(std::max(left, std::chrono::milliseconds(0)), Qt::PreciseTimer, QCoreApplication::instance(),

@@ -12,7 +12,7 @@ namespace platform {
 
 namespace {
 
-// One element, and not its label's parts as well.
+// Without the parts of its label.
 class AccessibleButton : public QAccessibleWidget {
   public:
     explicit AccessibleButton(ActionButton* button) : QAccessibleWidget(button, QAccessible::Button) {}
@@ -39,7 +39,7 @@ class AccessibleButton : public QAccessibleWidget {
     }
     void doAction(const QString& name) override {
         if (name == pressAction()) {
-            // Later, so that whoever asked for it has its answer before the click's consequences begin.
+            // Queued, so that the caller gets its answer before the click has effects.
             QMetaObject::invokeMethod(button(), &QAbstractButton::click, Qt::QueuedConnection);
         } else {
             QAccessibleWidget::doAction(name);
@@ -51,7 +51,7 @@ class AccessibleButton : public QAccessibleWidget {
     [[nodiscard]] ActionButton* button() const { return static_cast<ActionButton*>(widget()); }
 };
 
-// Its content alone: the thumb and the focus ring beside it say nothing.
+// Only its content: a screen reader needs neither scroll bar nor focus ring.
 class AccessibleScrollArea : public QAccessibleWidget {
   public:
     explicit AccessibleScrollArea(FlexibleScrollArea* area) : QAccessibleWidget(area, QAccessible::Pane) {}
@@ -73,7 +73,7 @@ QAccessibleInterface* makeElement(const QString&, QObject* object) {
     if (auto* button = dynamic_cast<ActionButton*>(object)) return new AccessibleButton(button);
     if (auto* area = dynamic_cast<FlexibleScrollArea*>(object)) return new AccessibleScrollArea(area);
     if (auto* group = dynamic_cast<SpokenGroup*>(object)) {
-        // Screen readers say a notification when it comes on screen, wherever the focus is.
+        // Screen readers say a notification when it appears, wherever the focus is.
         return new QAccessibleWidget(group, group->isAnnounced() ? QAccessible::Notification : QAccessible::Grouping);
     }
     return nullptr;

@@ -1,9 +1,9 @@
-// What a screen reader has of the window: which of the widgets are elements to it, and of what kind.
+// The window's elements for screen readers, in place of the toolkit's own.
 #pragma once
 
 namespace platform {
 
-// Once, before the first window.
+// Call once, before the first window is made.
 void installAccessibleElements();
 
 }  // namespace platform

@@ -15,14 +15,14 @@ namespace platform {
 
 namespace {
 
-// The toolkit would abort, with a core dump, where there is merely no display to show a window on.
+// Without a display the toolkit would abort with a core dump.
 void endWhereTheToolkitGivesUp(QtMsgType type, const QMessageLogContext&, const QString& message) {
     std::fprintf(stderr, "%s\n", qPrintable(message));
     if (type == QtFatalMsg) _exit(1);
 }
 
-// The toolkit has threads fill large areas, makes them when it sees fit and ends them after half a minute. For a window
-// of this size one is plenty, and one that stays needs no timer, and no descriptor when there may be none left.
+// The toolkit fills large areas on threads that it ends after half a minute and makes anew. One that stays is enough
+// here and needs no further descriptor, when none may be left.
 void keepPaintingSimple() {
     QThreadPool::globalInstance()->setMaxThreadCount(1);
     QThreadPool::globalInstance()->setExpiryTimeout(-1);
@@ -31,8 +31,8 @@ void keepPaintingSimple() {
 }  // namespace
 
 void application::run(const WindowDescription& scene) {
-    std::signal(SIGCHLD, SIG_DFL);  // A parent that ignored it would keep us from seeing how our children end.
-    // The program takes no arguments, and so neither does the toolkit.
+    std::signal(SIGCHLD, SIG_DFL);  // If a parent ignored it, exit statuses of children would be lost.
+    // The toolkit must not read options either.
     int argumentCount = 1;
     char name[] = "hardware-detector";
     char* arguments[] = {name, nullptr};
@@ -46,7 +46,7 @@ void application::run(const WindowDescription& scene) {
     WindowOpener window(scene);
     window.open();
     const int status = QApplication::exec();
-    // Not through exit(): that would take down what requests and commands under way are still using.
+    // Not exit(), which would destroy what running threads still use.
     _exit(status);
 }
 

@@ -1,19 +1,17 @@
-// What windows are like on this system's desktop, where the toolkit leaves that to the program: one back end a system.
-// Main thread only.
+// Conventions of the desktop that the toolkit leaves to the program. One back end for each system; main thread only.
 #pragma once
 
 class QWidget;
 
 namespace platform::desktopConventions {
 
-// Before a window is first shown: takes its title bar away, and gives it the keys that close it where no menu has them.
+// Call before a window is first shown. Hides its title bar, and sets the keys that close it where no menu has them.
 void dress(QWidget& window);
 
-// Once, before the first window opens: the menus that belong to the application, where they do.
+// Call once, before the first window opens. Adds the application's menus where the desktop has such.
 void addMenus();
 
-// Whether the application ends when its window is closed. Else it goes on, and its window opens again when a person
-// comes back to it.
+// Whether the application ends when its window is closed. Otherwise activating it opens the window again.
 [[nodiscard]] bool applicationEndsWithItsWindow();
 
 }  // namespace platform::desktopConventions

@@ -1,5 +1,4 @@
-// Windows without a frame, for desktops of X11 and Wayland. There are no menus, so the window itself has the usual
-// keys.
+// For desktops of X11 and Wayland: windows without a frame, and keys instead of menus.
 #include "platform/qt/window/desktop_conventions.h"
 
 #include <QShortcut>

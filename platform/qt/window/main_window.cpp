@@ -54,14 +54,13 @@ bool MainWindow::event(QEvent* event) {
 
 void MainWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (event->spontaneous()) return;  // Back from the task bar: it has been on screen all along.
+    if (event->spontaneous()) return;  // Restored from the task bar: no appearance.
     appearsWithFirstFrame_ = true;
     windowHandle()->installEventFilter(this);
 }
 
-// What the hook blocks, it blocks with the window there to be seen. Wayland shows no frame before it has said where,
-// and that can't be heard while the main thread is blocked. So the first frame counts as shown when the window system,
-// after it exposed the window, is ready for another one.
+// The hook may block, so the first frame must be on screen before. Wayland shows no frame while the main thread is
+// blocked. So the first frame counts as shown when the window system, having exposed the window, asks for another.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (appearsWithFirstFrame_ && watched == windowHandle() && windowHandle()->isExposed()) {
         if (event->type() == QEvent::Expose) windowHandle()->requestUpdate();
@@ -80,11 +79,11 @@ void MainWindow::appear() {
     }
 }
 
-// Only presses that no element wanted come here: those on the background.
+// Elements accept their presses, so only those on the background come here.
 void MainWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
     if (windowHandle()->startSystemMove()) return;
-    grip_ = event->globalPosition().toPoint() - pos();  // No window manager that would move it for us.
+    grip_ = event->globalPosition().toPoint() - pos();  // No window manager moves it.
 }
 
 void MainWindow::mouseMoveEvent(QMouseEvent* event) {

@@ -1,4 +1,4 @@
-// The one window on the screen.
+// The window.
 #pragma once
 
 #include <QWidget>
@@ -22,8 +22,8 @@ class MainWindow : public QWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
 
   private:
-    // A change brings the window up to date before its next frame, once for however many changes, and at the latest
-    // when the action that made it returns: more input may already wait, and is meant for what it then finds.
+    // Changes are shown together: before the next frame, or before the next input if an action made them, because that
+    // input is meant for the new state.
     void renderSoon();
     void bringUpToDate();
 
@@ -35,7 +35,7 @@ class MainWindow : public QWidget {
     RenderedView rendered_;
     bool isOutOfDate_ = false;
     bool appearsWithFirstFrame_ = false;
-    std::optional<QPoint> grip_;  // Where the background is held while the window is moved by hand.
+    std::optional<QPoint> grip_;  // Where the background is held while the window is dragged.
 };
 
 }  // namespace platform

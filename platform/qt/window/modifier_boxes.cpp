@@ -15,8 +15,8 @@ QMargins marginsOf(const Padding& padding) {
     return {};
 }
 
-// The place of a modifier in a box; absent for one that no box shows. A modifier whose place is taken or passed needs
-// another box around the first.
+// The place of a modifier in a box; absent for one that no box shows. A modifier whose place comes before the last one
+// used needs another box around the first.
 std::optional<int> stageOf(const Modifier& modifier) {
     if (std::holds_alternative<Padding>(modifier) || std::holds_alternative<Stretch>(modifier)) return 0;
     if (std::holds_alternative<Frame>(modifier)) return 1;

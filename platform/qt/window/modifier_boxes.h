@@ -9,10 +9,10 @@
 
 namespace platform {
 
-// What one box shows: padding and stretch, inside a width, inside a background, inside rounded corners.
+// What one box shows, from the inside out: padding and stretch, width, background, rounded corners.
 struct Layer {
     BoxLook look;
-    std::optional<Qt::Alignment> alignment;  // Of a content that does not fill the box.
+    std::optional<Qt::Alignment> alignment;  // Of content that does not fill the box.
     bool stretches = false;
     std::optional<int> width;
     int stage = 0;

@@ -26,9 +26,9 @@ const Kind* modifierOf(const View& view) {
     return found;
 }
 
-// Whether a view takes all the width it is offered, rather than what its content needs.
+// Whether a view takes all the width that it is offered.
 bool fillsWidth(const View& view) {
-    std::optional<bool> asModified;  // By the last modifier that has a say.
+    std::optional<bool> asModified;  // By the last modifier that sets a width.
     for (const Modifier& modifier : view.modifiers()) {
         if (std::holds_alternative<Frame>(modifier)) asModified = false;
         if (std::holds_alternative<Stretch>(modifier)) asModified = true;
@@ -46,7 +46,7 @@ bool fillsWidth(const View& view) {
     return std::holds_alternative<TextField>(element) || std::holds_alternative<ScrollArea>(element);
 }
 
-// All text in a view, for whoever hears it instead of seeing it.
+// All text in a view, for screen readers.
 QString wordsOf(const View& view) {
     if (const auto* text = std::get_if<Text>(&view.element())) return QString::fromStdString(text->text);
     QStringList words;
@@ -57,7 +57,7 @@ QString wordsOf(const View& view) {
     return words.join(QLatin1Char(' '));
 }
 
-// Whether something in a view says that work is under way.
+// Whether a view has a progress indicator.
 bool isBusy(const View& view) {
     if (const auto* stack = std::get_if<Stack>(&view.element())) {
         return std::any_of(stack->children.begin(), stack->children.end(), isBusy);
@@ -70,7 +70,7 @@ RenderedView::Surroundings inside(const View& view, RenderedView::Surroundings s
     return surroundings;
 }
 
-// A copy of the field's description whose changes are followed by what has to come after them.
+// The field, with `after` called after each change.
 TextField withChangeThen(TextField field, std::function<void()> after) {
     field.onChange = [change = std::move(field.onChange), after = std::move(after)](const std::string& text) {
         change(text);
@@ -79,8 +79,8 @@ TextField withChangeThen(TextField field, std::function<void()> after) {
     return field;
 }
 
-// What widgets are made for and keep for good, in numbers: the kinds of the element and of its modifiers, and how they
-// place their content.
+// What a widget cannot change after it was made, as numbers: the kinds of element and modifiers, and how they place
+// their content.
 std::vector<int> shapeOf(const View& view) {
     std::vector<int> shape{static_cast<int>(view.element().index()), static_cast<int>(fillsWidth(view))};
     const auto add = [&shape](std::vector<int> numbers) { shape.insert(shape.end(), numbers.begin(), numbers.end()); };
@@ -105,8 +105,8 @@ QBoxLayout::Direction directionOf(const Stack& stack) {
     return stack.axis == Axis::vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
 }
 
-// For widgets with an accessible element of their own (accessible_elements.cpp). Newer versions of the toolkit make the
-// element as soon as the widget gets its parent, and before the constructor is through it is only a QWidget.
+// For widgets of accessible_elements.cpp. Newer versions of the toolkit make the element when the widget gets its
+// parent; inside the constructor the widget would still be a plain QWidget.
 template <typename Widget>
 Widget* placed(Widget* made, QWidget* parent) {
     made->setParent(parent);
@@ -177,7 +177,7 @@ void RenderedView::makeStack(const Stack& stack, const Surroundings& surrounding
     labelFields();
 }
 
-// A field that is called by the text before it has that text for its label.
+// A field that has the name of the text before it is labelled by that text.
 void RenderedView::labelFields() {
     for (std::size_t slot = 1; slot < children_.size(); ++slot) {
         auto* label = dynamic_cast<TextLabel*>(children_[slot - 1].own_);
@@ -255,7 +255,7 @@ void RenderedView::remove() {
     if (outermost_ == nullptr) return;
     outermost_->hide();
     outermost_->setParent(nullptr);
-    outermost_->deleteLater();  // It may be the very button whose press leads here.
+    outermost_->deleteLater();  // It may be the button whose press leads here.
 }
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// Turns a view's description into widgets, and brings them up to date with each newer description.
+// Turns a view's description into widgets and updates them from each newer description.
 #pragma once
 
 #include <QBoxLayout>
@@ -9,11 +9,10 @@
 
 namespace platform {
 
-// One description's widgets. What keeps its shape in the same slot of its stack stays the same widget; only what
-// differs is changed, made or removed.
+// The widgets of a view. A child that keeps its shape and slot keeps its widget.
 class RenderedView {
   public:
-    // What the surroundings hand down to a view.
+    // What a view gets from the views around it.
     struct Surroundings {
         Color foreground;
         std::function<void()> afterInput;  // Called when an action or a field's change returns.
@@ -21,7 +20,7 @@ class RenderedView {
 
     RenderedView(const View& view, QWidget* parent, const Surroundings& surroundings);
 
-    // Whether update() can take `view`: a view of the same shape.
+    // Whether update() accepts `view`, because it has the same shape.
     [[nodiscard]] bool fits(const View& view) const;
 
     void update(const View& view, const Surroundings& outer);

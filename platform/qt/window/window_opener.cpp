@@ -12,7 +12,7 @@ WindowOpener::WindowOpener(WindowDescription scene) : scene_(std::move(scene)) {
     const bool ends = desktopConventions::applicationEndsWithItsWindow();
     QGuiApplication::setQuitOnLastWindowClosed(ends);
     if (ends) return;
-    // A press on the application's icon activates it, even if it has been active all along.
+    // A press on the application's icon activates it, even if it is active already.
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) open();
     });

@@ -1,4 +1,4 @@
-// The application's one window: opened, closed, and opened again.
+// Opens the window, again after it was closed.
 #pragma once
 
 #include <QObject>
@@ -14,12 +14,12 @@ class WindowOpener : public QObject {
     explicit WindowOpener(WindowDescription scene);
     ~WindowOpener() override;
 
-    // A window with a fresh content, in front of the others. Nothing while there is one.
+    // Opens a window with new content in front of the others. Does nothing while there is one.
     void open();
 
   private:
     WindowDescription scene_;
-    QPointer<MainWindow> window_;  // Null once it was closed, which deletes it.
+    QPointer<MainWindow> window_;  // Null after it was closed.
 };
 
 }  // namespace platform

@@ -13,10 +13,10 @@ ActionButton::ActionButton() {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     connect(this, &QAbstractButton::clicked, this, [this] {
-        const auto action = action_;  // A copy: the action may lead to another one in its place.
+        const auto action = action_;  // A copy, because the action may replace it.
         if (action) action();
     });
-    // The label's fill shows whether the button is held down.
+    // The label is darker while the button is held down.
     connect(this, &QAbstractButton::pressed, this, [this] { update(); });
     connect(this, &QAbstractButton::released, this, [this] { update(); });
 }
@@ -53,7 +53,7 @@ void ActionButton::setDisabledInPlace(bool isDisabled) {
 QSize ActionButton::sizeHint() const { return layout()->sizeHint(); }
 
 bool ActionButton::event(QEvent* event) {
-    // Return presses a focused button too, as people expect who never learnt about Space.
+    // Return presses a focused button too, not only Space.
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
@@ -64,7 +64,7 @@ bool ActionButton::event(QEvent* event) {
     return QAbstractButton::event(event);
 }
 
-// All there is to see is the label, which paints itself: box.cpp.
+// The label paints everything: box.cpp.
 void ActionButton::paintEvent(QPaintEvent*) {}
 
 }  // namespace platform

@@ -10,16 +10,16 @@ class ActionButton : public QAbstractButton {
   public:
     ActionButton();
 
-    // The label stays the same widget for good, and passes every click on.
+    // Call once. The label ignores the mouse.
     void setLabel(QWidget* label);
 
-    // `text` is what a screen reader calls the button: its label in words.
+    // `text` is the button's name for screen readers.
     void setContent(std::function<void()> action, const QString& text, bool isBusy);
 
     [[nodiscard]] bool isBusy() const { return isBusy_; }
 
-    // A button that is disabled while it has the focus keeps its turn: the focus does not jump to another element, and
-    // it comes back unless the person has moved it meanwhile.
+    // If the button had the focus, no other element gets it, and the button gets it back when enabled, unless the
+    // person has moved it meanwhile.
     void setDisabledInPlace(bool isDisabled);
 
     [[nodiscard]] QSize sizeHint() const override;

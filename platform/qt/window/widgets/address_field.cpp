@@ -13,7 +13,7 @@ namespace {
 
 constexpr int fieldHeight = 22;
 constexpr double borderRadius = 5;
-constexpr int textInset = 4;  // Beyond the two pixels that the toolkit keeps by itself.
+constexpr int textInset = 4;  // The toolkit adds two pixels.
 
 }  // namespace
 
@@ -22,13 +22,13 @@ AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
     setTextMargins(textInset, 0, textInset, 0);
     setMaxLength(std::numeric_limits<int>::max());
     setAttribute(Qt::WA_MacShowFocusRect, false);
-    // The background is painted here, rounded; the toolkit's own would lie over it, square.
+    // The toolkit's square background would cover the rounded one.
     QPalette clear = palette();
     clear.setColor(QPalette::Base, Qt::transparent);
     setPalette(clear);
-    // Not only what is typed: a screen reader or a paste menu sets the text as a whole.
+    // Not textEdited, because a screen reader sets the text as a whole.
     connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
-        const auto onChange = onChange_;  // A copy: the change may lead to another one in its place.
+        const auto onChange = onChange_;  // A copy, because the change may replace it.
         if (onChange) onChange(text.toStdString());
     });
 }

@@ -11,7 +11,7 @@ class AddressField : public QLineEdit {
   public:
     explicit AddressField(QWidget* parent);
 
-    // Touches the text only when it is another one: caret, selection, undo history and half-typed input stay.
+    // Sets the text only if it differs, so that caret, selection, undo history and half-typed input stay.
     void setContent(const TextField& field);
 
   protected:

@@ -11,11 +11,11 @@ namespace platform {
 namespace {
 
 constexpr double disabledOpacity = 0.5;
-constexpr double focusRingInset = 3;  // Inside the fill, where white stands out in light and dark.
+constexpr double focusRingInset = 3;  // Inside the fill, where white is visible in light and dark.
 constexpr double focusRingWidth = 2;
 constexpr int pressedDarkness = 115;  // Per cent, as QColor counts it.
 
-// The button whose label the widget is a part of, if any: its fill shows whether it is held down.
+// The button whose label the widget belongs to; null if there is none.
 const QAbstractButton* buttonAround(const QWidget* widget) {
     for (const QWidget* ancestor = widget; ancestor != nullptr; ancestor = ancestor->parentWidget()) {
         if (const auto* button = qobject_cast<const QAbstractButton*>(ancestor)) return button;

@@ -19,7 +19,7 @@ class Box : public QWidget {
   public:
     using QWidget::QWidget;
 
-    // The child stays the same for good; `alignment` places it in a box that is wider than the child wants to be.
+    // Call once. `alignment` places the child in a box that is wider than the child wants to be.
     void setContent(QWidget* content, Qt::Alignment alignment);
 
     void setLook(const BoxLook& look);

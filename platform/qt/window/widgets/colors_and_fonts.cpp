@@ -15,7 +15,7 @@ QColor textColor(const QPalette& palette, double opacity) {
     return color;
 }
 
-// The sizes of the styles are those beside a body text of this size.
+// The styles' sizes are meant for body text of this size.
 constexpr double usualSystemFontPixels = 13;
 constexpr double pointsPerInch = 72;
 // With larger texts the window could not hold everything.
@@ -61,7 +61,7 @@ QColor toolkitColor(Color color, const QPalette& palette) {
     return {};
 }
 
-// Not by way of QFontInfo, which would load a font that nothing is written in.
+// Not by QFontInfo, which would load an unused font.
 double textScale() {
     const QFont font = QApplication::font();
     const QScreen* screen = QGuiApplication::primaryScreen();

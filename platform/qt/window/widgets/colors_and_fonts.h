@@ -1,4 +1,4 @@
-// The named colours and fonts of ui.h as the toolkit has them.
+// The named colours and fonts of ui.h for the toolkit.
 #pragma once
 
 #include <QColor>
@@ -9,13 +9,13 @@
 
 namespace platform {
 
-// Light or dark after the window background of `palette`, which follows the desktop's appearance.
+// Light or dark like the window background of `palette`.
 [[nodiscard]] QColor toolkitColor(Color color, const QPalette& palette);
 
-// How much larger texts are drawn for a person whose system font is larger than usual; 1 or more.
+// How much larger texts are drawn because the system font is larger than usual: 1 to 1.5.
 [[nodiscard]] double textScale();
 
-// The system's own font in the style's size, in logical pixels, which grows with the system font.
+// The system's font in the style's size, scaled by textScale().
 [[nodiscard]] QFont toolkitFont(TextStyle style, std::optional<Weight> weight);
 
 }  // namespace platform

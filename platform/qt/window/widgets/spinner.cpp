@@ -8,7 +8,7 @@ namespace platform {
 
 namespace {
 
-constexpr int naturalSize = 16;  // The height of a line of text, so that a busy button stays as high as an idle one.
+constexpr int naturalSize = 16;  // A line of text, so that a busy button is as high as an idle one.
 constexpr int spokes = 8;
 constexpr int millisecondsPerStep = 100;
 

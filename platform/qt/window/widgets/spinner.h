@@ -1,4 +1,4 @@
-// The sign that something is under way.
+// The progress indicator.
 #pragma once
 
 #include <QBasicTimer>

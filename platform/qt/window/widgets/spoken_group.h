@@ -7,7 +7,7 @@ namespace platform {
 
 class SpokenGroup : public QWidget {
   public:
-    // One that is announced is said by itself when it comes and when its words change.
+    // An announced one is said when it appears and when its words change.
     explicit SpokenGroup(bool isAnnounced);
 
     void setWords(const QString& words);

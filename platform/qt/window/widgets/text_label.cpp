@@ -14,7 +14,7 @@ namespace {
 constexpr int unlimitedWidth = 1 << 20;
 constexpr double disabledOpacity = 0.6;
 
-// The toolkit looks for the end of a word from each of its lines anew, so that one of a megabyte would take minutes.
+// In each line, the toolkit searches for the end of the word again: a word of a megabyte would take minutes.
 constexpr int longestUnbrokenWord = 500;
 
 bool hasLongWord(const QString& text) {
@@ -26,7 +26,7 @@ bool hasLongWord(const QString& text) {
     return false;
 }
 
-// Breaks the text into lines of `width` and returns the space they take.
+// Breaks the text into lines of `width` and returns their size.
 QSizeF breakIntoLines(QTextLayout& layout, int width) {
     qreal height = 0;
     qreal widest = 0;
@@ -45,7 +45,7 @@ QSizeF breakIntoLines(QTextLayout& layout, int width) {
 
 TextLabel::TextLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
-    setWordWrap(true);  // The toolkit asks for the height at a width of no label that doesn't wrap.
+    setWordWrap(true);  // Otherwise the toolkit doesn't call heightForWidth().
 }
 
 void TextLabel::setContent(const Text& content, Color color) {
@@ -64,7 +64,7 @@ void TextLabel::setContent(const Text& content, Color color) {
 
 void TextLabel::breakAt(int width) const {
     if (width == brokenWidth_) return;
-    // Shaping the letters takes most of the time, and what fits into its unbroken width would only come out the same.
+    // Shaping is slow, and a text that fits into one line stays the same.
     if (brokenWidth_ && unbrokenSize_ && brokenSize_ == *unbrokenSize_ && width >= unbrokenSize_->width() &&
         !text().isRightToLeft()) {
         return;

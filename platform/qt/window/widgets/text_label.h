@@ -9,8 +9,7 @@
 
 namespace platform {
 
-// A QLabel for screen readers and nothing else: the label's own wrapping never breaks a word, so that a long one would
-// widen the window.
+// A QLabel only for screen readers: the label's own wrapping would let a long word widen the window.
 class TextLabel : public QLabel {
   public:
     explicit TextLabel(QWidget* parent);
@@ -26,8 +25,7 @@ class TextLabel : public QLabel {
     void changeEvent(QEvent* event) override;
 
   private:
-    // Breaks the text into lines of at most `width`. A window of long texts asks over and over again, mostly for the
-    // width it asked for last.
+    // Breaks the text into lines of at most `width`. Layouts call it often, mostly with the same width.
     void breakAt(int width) const;
     void forgetLines();
 
