@@ -16,7 +16,7 @@ namespace platform {
 // An array or an object inside the outermost one. Its content is checked, but not kept.
 struct JsonContainer {};
 
-// A number is an int64_t if it was written as an integer within 64 bits, else a double.
+// A number is an int64_t if it was written as an integer within 64 bits, else the nearest double.
 using JsonValue = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, JsonContainer>;
 
 // Members in the order in which they were written or read.

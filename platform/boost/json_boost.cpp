@@ -46,7 +46,7 @@ class Reader {
     static constexpr std::size_t max_key_size = static_cast<std::size_t>(-1);
     static constexpr std::size_t max_string_size = static_cast<std::size_t>(-1);
 
-    explicit Reader(std::span<const std::string_view> keys) : keys_(keys) {}
+    Reader(std::span<const std::string_view> keys, std::size_t longestText) : keys_(keys), longestText_(longestText) {}
 
     [[nodiscard]] JsonObject takeObject() { return std::move(object_); }
 
@@ -96,7 +96,13 @@ class Reader {
   private:
     [[nodiscard]] bool isMember() const { return depth_ == 1 && keeps_; }
 
-    void gather(json::string_view part) { gathered_.append(part.data(), part.size()); }
+    // A string that grows by doubling would for a while take three times its size. Memory that is reserved but never
+    // written to is not used up.
+    void gather(json::string_view part) {
+        constexpr std::size_t small = std::size_t{1} << 20;
+        if (gathered_.size() + part.size() > small) gathered_.reserve(longestText_);
+        gathered_.append(part.data(), part.size());
+    }
 
     bool open(bool isObject, error_code& error) {
         if (depth_ == 0 && !isObject) return refuse(error);
@@ -131,6 +137,7 @@ class Reader {
     }
 
     std::span<const std::string_view> keys_;
+    std::size_t longestText_;  // In UTF-8, of what the input has room for.
     JsonObject object_;
     std::size_t depth_ = 0;  // Of open arrays and objects.
     std::string key_;        // Of the member whose value comes next.
@@ -234,8 +241,9 @@ std::optional<JsonObject> jsonObjectFrom(std::string_view bytes, std::span<const
     json::parse_options options;
     options.max_depth = 512;
     options.allow_trailing_commas = true;
-    Parser parser(options, keys);
     const Encoding encoding = encodingOf(bytes);
+    // Three bytes of UTF-8 for two of UTF-16 at most.
+    Parser parser(options, keys, bytes.size() / 2 * (encoding.unitSize == 2 ? 3 : 2) + 3);
     bytes.remove_prefix(encoding.markSize);
     const bool isWhole = encoding.unitSize == 1 ? read(bytes, false, parser) : readConverted(bytes, encoding, parser);
     if (!isWhole) return std::nullopt;

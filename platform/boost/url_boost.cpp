@@ -44,7 +44,7 @@ bool breaksTheGrammar(const std::string& text, const boost::urls::url_view& url,
     const std::string_view port = authority.port;
     return std::count(text.begin(), text.end(), '#') > 1 ||
            std::any_of(query.begin(), query.end(), [](char c) { return c == '[' || c == ']'; }) ||
-           authority.user.find('@') != std::string_view::npos ||
+           authority.user.find_first_of("@[]") != std::string_view::npos ||
            (authority.host.starts_with('[') && authority.host.find('%') != std::string_view::npos) ||
            (!port.empty() && (port.front() != ':' || !std::all_of(port.begin() + 1, port.end(), isDigit)));
 }

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <future>
 #include <memory>
-#include <string>
 #include <system_error>
 #include <thread>
 
@@ -22,8 +21,8 @@ constexpr std::chrono::seconds patience{1};
 
 bool openInBrowser(const Url& url) {
     if (url.scheme().empty()) return false;
-    const std::string command[] = {"xdg-open", url.absoluteString()};
-    const std::optional<pid_t> opener = startChild("/usr/bin/env", command, {});  // Looks for xdg-open in PATH.
+    // Looks for xdg-open in PATH.
+    const std::optional<pid_t> opener = startChild("/usr/bin/env", {"xdg-open", url.absoluteString().c_str()}, {});
     if (!opener) return false;
 
     // The thread waits beyond that, so that no opener stays behind as a zombie.

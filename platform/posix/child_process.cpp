@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <vector>
 
 extern char** environ;
 
@@ -25,11 +24,9 @@ void setStream(posix_spawn_file_actions_t& actions, int stream, std::optional<in
 
 }  // namespace
 
-std::optional<pid_t> startChild(const std::string& path, std::span<const std::string> arguments,
-                                const ChildStreams& streams) {
-    std::vector<char*> argumentVector{const_cast<char*>(path.c_str())};
-    for (const std::string& argument : arguments) argumentVector.push_back(const_cast<char*>(argument.c_str()));
-    argumentVector.push_back(nullptr);
+std::optional<pid_t> startChild(const char* path, std::vector<const char*> arguments, const ChildStreams& streams) {
+    arguments.insert(arguments.begin(), path);
+    arguments.push_back(nullptr);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -54,7 +51,8 @@ std::optional<pid_t> startChild(const std::string& path, std::span<const std::st
     posix_spawnattr_setsigdefault(&attributes, &signals);
 
     pid_t child = 0;
-    const int failure = posix_spawn(&child, path.c_str(), &actions, &attributes, argumentVector.data(), environ);
+    const int failure =
+        posix_spawn(&child, path, &actions, &attributes, const_cast<char**>(arguments.data()), environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (failure != 0) return std::nullopt;

@@ -4,8 +4,7 @@
 #include <sys/types.h>
 
 #include <optional>
-#include <span>
-#include <string>
+#include <vector>
 
 namespace platform {
 
@@ -19,7 +18,7 @@ struct ChildStreams {
 // Starts the executable at `path` with `arguments` (without the program's name). The child has no other descriptor of
 // ours, handles signals by default and is a session of its own, so that no key typed at our terminal stops it. It
 // inherits environment and working directory. Absent when it could not be started. Safe from any thread.
-[[nodiscard]] std::optional<pid_t> startChild(const std::string& path, std::span<const std::string> arguments,
+[[nodiscard]] std::optional<pid_t> startChild(const char* path, std::vector<const char*> arguments,
                                               const ChildStreams& streams);
 
 // Blocks until `child` has ended. Whether it exited with status 0.

@@ -67,8 +67,10 @@ std::optional<std::string> standardOutputOf(const std::string& path, std::span<c
     // Nobody reads this one. A child that fills it loses the rest, and neither blocks nor dies by SIGPIPE.
     fcntl(error->writer.number(), F_SETFL, O_NONBLOCK);
 
+    std::vector<const char*> words;
+    for (const std::string& argument : arguments) words.push_back(argument.c_str());
     const std::optional<pid_t> child =
-        startChild(path, arguments, {STDIN_FILENO, output->writer.number(), error->writer.number()});
+        startChild(path.c_str(), std::move(words), {STDIN_FILENO, output->writer.number(), error->writer.number()});
     output->writer.close();
     error->writer.close();
     if (!child) return std::nullopt;

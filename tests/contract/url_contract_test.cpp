@@ -84,6 +84,9 @@ TEST(Url, RefusesWhatBreaksTheGrammar) {
                              "http://h/?[x]",
                              "http://h/[x]",
                              "http://[fe80::1%25en0]/",
+                             "http://[::1]@h/",
+                             "http://[::1]:80@h/",
+                             "//[::1]x@h",
                              "http://[::1"}) {
         EXPECT_FALSE(Url::parse(text)) << text;
     }

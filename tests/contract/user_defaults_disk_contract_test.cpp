@@ -129,6 +129,13 @@ TEST_F(UserDefaultsOnDisk, ANewFolderIsPrivateToItsOwner) {
     EXPECT_EQ(std::filesystem::status(file().parent_path()).permissions(), std::filesystem::perms::owner_all);
 }
 
+TEST_F(UserDefaultsOnDisk, AFolderThatIsOpenToOthersIsClosedToThemAtTheFirstLook) {
+    std::filesystem::create_directories(file().parent_path());
+    std::filesystem::permissions(file().parent_path(), std::filesystem::perms::all);
+    EXPECT_EQ(run("get key"), "none\n");
+    EXPECT_EQ(std::filesystem::status(file().parent_path()).permissions(), std::filesystem::perms::owner_all);
+}
+
 constexpr const char* valuesOfThisRun = "get key set key new get key bool flag 1 get flag";
 
 // A pipe that nobody writes to would be read for ever.
@@ -137,6 +144,18 @@ TEST_F(UserDefaultsOnDisk, APipeInTheFilesPlaceIsLeftAlone) {
     ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
     EXPECT_EQ(run(valuesOfThisRun), "none\n[new]\n[1]\n");
     EXPECT_TRUE(std::filesystem::is_fifo(file()));
+}
+
+// The toolkit would wait for it without end.
+TEST_F(UserDefaultsOnDisk, AFolderOrAPipeInTheLocksPlaceIsLeftAlone) {
+    const std::filesystem::path lock = file().string() + ".lock";
+    std::filesystem::create_directories(lock);
+    EXPECT_EQ(run(valuesOfThisRun), "none\n[new]\n[1]\n");
+    EXPECT_TRUE(std::filesystem::is_directory(lock));
+    std::filesystem::remove(lock);
+    ASSERT_EQ(mkfifo(lock.c_str(), 0600), 0);
+    EXPECT_EQ(run(valuesOfThisRun), "none\n[new]\n[1]\n");
+    EXPECT_TRUE(std::filesystem::is_fifo(lock));
 }
 
 TEST_F(UserDefaultsOnDisk, ALinkInTheFilesPlaceAndItsTargetAreLeftAlone) {

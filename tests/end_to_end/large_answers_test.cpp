@@ -32,6 +32,16 @@ std::string bodyOf(const Shape& shape) {
     return body + shape.end;
 }
 
+// Characters that take two bytes there and three in UTF-8.
+Shape inUtf16(const char* name, const std::string& beginning) {
+    const auto wide = [](const std::string& ascii) {
+        std::string bytes;
+        for (const char character : ascii) bytes += {character, '\0'};
+        return bytes;
+    };
+    return {name, wide(beginning), "\xAC\x20", wide("\"}")};
+}
+
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define SKIP_WITH_SANITIZERS GTEST_SKIP() << "a sanitizer takes memory of its own"
 #else
@@ -56,7 +66,7 @@ TEST_P(LargeAnswer, TakesThreeTimesItsSizeAtMost) {
     }));
     const std::size_t taken = peakMemoryOf(program) - before;
     RecordProperty("percent_of_the_size", static_cast<int>(100 * taken / body.size()));
-    EXPECT_LE(taken, 3 * body.size());
+    EXPECT_LE(taken, 3 * body.size() + (std::size_t{1} << 20));
     EXPECT_GE(taken, body.size() / 2) << "the answer was not read";
 }
 
@@ -68,6 +78,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Shape{"ManyReasons", R"({"success":false)", R"(,"error":"x")", "}"},
                     Shape{"LongReason", R"({"success":false,"error":")", "x", "\"}"},
                     Shape{"LongEscapedReason", R"({"success":false,"error":")", "\\n", "\"}"},
+                    Shape{"LongReasonWithOneEscape", R"({"success":false,"error":"\n)", "x", "\"}"},
+                    inUtf16("LongReasonInUtf16", R"({"success":false,"error":")"),
+                    inUtf16("LongRedirectInUtf16", R"({"success":true,"redirect_url":"/)"),
                     Shape{"LongKey", R"({"success":false,")", "\\n", "\":0}"},
                     Shape{"LongRedirect", R"({"success":true,"redirect_url":"/)", "x", "\"}"},
                     Shape{"LongAbsoluteRedirect", R"({"success":true,"redirect_url":"http://h/)", "x", "\"}"},

@@ -19,7 +19,8 @@ Lines installLines(int status, const std::string& body) {
     if (isText) lines.push_back("   Response: " + body);
     if (status == 200 && isText) {
         if (const auto answer = platform::jsonObjectFrom(body)) {
-            const bool isNew = answer->boolean("created") == true;
+            const auto* created = std::get_if<bool>(answer->find("created"));
+            const bool isNew = created != nullptr && *created;
             lines.emplace_back(isNew ? "   📝 New install created" : "   ♻️ Install already existed, updated");
         }
     }

@@ -62,6 +62,20 @@ TEST(HardwareInfo, ABooleanWhereANumberBelongsIsATypeMismatch) {
     EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
 }
 
+TEST(HardwareInfo, ANumberThatIsNoIntegerOf64BitsIsATypeMismatch) {
+    for (const char* number : {"16.5", "9223372036854775808", "-9223372036854775809", "1e19"}) {
+        std::string json = sampleJson;
+        json.replace(json.find("\"ramGB\":1"), 9, std::string("\"ramGB\":") + number);
+        EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"})) << number;
+    }
+}
+
+TEST(HardwareInfo, ANumberWithoutAFractionIsAnInteger) {
+    std::string json = sampleJson;
+    json.replace(json.find("\"ramGB\":1"), 9, R"("ramGB":16.0)");
+    EXPECT_EQ(decoded(json).ramGB, 16);
+}
+
 TEST(HardwareInfo, ANumberWhereTextBelongsIsATypeMismatch) {
     std::string json = sampleJson;
     json.replace(json.find("\"a\""), 3, "7");

@@ -99,6 +99,15 @@ TEST_F(WindowOperation, APressRightAfterTheKeyThatFillsTheAddressSends) {
     EXPECT_EQ(machine().background.size(), 1U);
 }
 
+// Invisible, and often pasted along.
+TEST_F(WindowOperation, AByteOrderMarkInFrontOfTheAddressStays) {
+    field()->clear();
+    field()->insert(QChar(0xFEFF) + QStringLiteral("http://h"));
+    settle();
+    EXPECT_EQ(field()->text(), QChar(0xFEFF) + QStringLiteral("http://h"));
+    EXPECT_TRUE(field()->isUndoAvailable());
+}
+
 TEST_F(WindowOperation, TabGoesFromTopToBottomAndStartsAgain) {
     show(record());
     field()->setFocus();

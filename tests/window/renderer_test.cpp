@@ -74,6 +74,13 @@ View column(Alignment alignment, int spacing, const std::vector<std::string>& te
 
 View centred(View view) { return vstack(Alignment::center, 0, {std::move(view), spacer()}); }
 
+TEST_F(Renderer, WhatStretchesInARowGetsWhatTheOthersLeave) {
+    show(centred(hstack({text("short").stretch(Alignment::leading), text("other")})));
+    EXPECT_EQ(place("short").left(), 0);
+    EXPECT_EQ(place("other").right(), 599);
+    EXPECT_LT(place("other").width(), 100);
+}
+
 TEST_F(Renderer, AStackMayHaveMoreAndFewerChildrenThanBefore) {
     show(column(Alignment::leading, 10, {"one", "two"}));
     show(column(Alignment::leading, 10, {"one", "two", "three", "four"}));

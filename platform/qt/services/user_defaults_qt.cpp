@@ -16,18 +16,27 @@ namespace platform {
 
 namespace {
 
-// Not the file when something else than a regular file of this user's is in its place: reading a pipe would never end,
-// and writing through a link would change a file that isn't ours. Nothing can be stored under the name given instead,
-// so values last as long as the process. A file that others could read is closed to them: the id is private.
-QString usableFile() {
-    const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                         QStringLiteral("/velmora/hardware-detector.conf");
-    const QByteArray path = QFile::encodeName(file);
+// False when something else than a file (or folder) of this user's is there. Otherwise it is closed to others.
+bool isOursOrMissing(const QString& name, mode_t type, mode_t permissions) {
+    const QByteArray path = QFile::encodeName(name);
     struct stat status {};
-    if (lstat(path.constData(), &status) != 0) return file;
-    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid()) return QStringLiteral("/dev/null/nowhere");
-    chmod(path.constData(), S_IRUSR | S_IWUSR);
-    return file;
+    if (lstat(path.constData(), &status) != 0) return true;
+    if ((status.st_mode & S_IFMT) != type || status.st_uid != geteuid()) return false;
+    chmod(path.constData(), permissions);
+    return true;
+}
+
+// Not the file when something else is in its place or in that of the toolkit's lock: reading a pipe would never end,
+// writing through a link would change a file that isn't ours, and the toolkit would wait for a lock that is a folder.
+// Nothing can be stored under the name given instead, so values last as long as the process.
+QString usableFile() {
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/velmora");
+    const QString file = folder + QStringLiteral("/hardware-detector.conf");
+    isOursOrMissing(folder, S_IFDIR, S_IRWXU);
+    const bool isUsable = isOursOrMissing(file, S_IFREG, S_IRUSR | S_IWUSR) &&
+                          isOursOrMissing(file + QStringLiteral(".lock"), S_IFREG, S_IRUSR | S_IWUSR);
+    return isUsable ? file : QStringLiteral("/dev/null/nowhere");
 }
 
 // One for the life of the process: it holds whatever could not be written to the disk.

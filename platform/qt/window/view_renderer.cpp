@@ -190,10 +190,12 @@ void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, c
     if (std::holds_alternative<Spacer>(view.element())) {
         layout.insertStretch(index, 1);
     } else if (outermost_ != nullptr) {
-        const bool vertical = stack.axis == Axis::vertical;
-        const bool fills = vertical && fillsWidth(view);
-        const Qt::Alignment across = vertical ? toolkitAlignment(stack.alignment) : Qt::AlignVCenter;
-        layout.insertWidget(index, outermost_, 0, fills ? Qt::Alignment() : across);
+        const bool fills = fillsWidth(view);
+        if (stack.axis == Axis::horizontal) {
+            layout.insertWidget(index, outermost_, fills ? 1 : 0, Qt::AlignVCenter);
+        } else {
+            layout.insertWidget(index, outermost_, 0, fills ? Qt::Alignment() : toolkitAlignment(stack.alignment));
+        }
     }
 }
 

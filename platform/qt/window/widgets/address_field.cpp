@@ -39,10 +39,10 @@ void AddressField::setContent(const TextField& field) {
     if (const QFont newFont = toolkitFont(TextStyle::body, std::nullopt); newFont != font()) setFont(newFont);
     setPlaceholderText(QString::fromStdString(field.placeholder));
     setAccessibleName(QString::fromStdString(field.accessibleName));
-    const QString newText = QString::fromStdString(field.text);
-    if (newText == text()) return;
+    // Compared as bytes: made of them, a text loses a leading byte order mark that the field still has.
+    if (field.text == text().toStdString()) return;
     const QSignalBlocker noEcho(this);
-    setText(newText);
+    setText(QString::fromStdString(field.text));
 }
 
 void AddressField::paintEvent(QPaintEvent* event) {
