@@ -68,9 +68,7 @@ TEST(Json, OnlyAStringIsAString) {
     EXPECT_EQ(parsed("42").takeString("a"), std::nullopt);
 }
 
-TEST(Json, TheFirstOfTwoMembersOfOneNameCounts) {
-    EXPECT_EQ(jsonObjectFrom(R"({"a":1,"\u0061":2})")->integer("a"), 1);
-}
+TEST(Json, TheFirstOfTwoMembersOfOneNameCounts) { EXPECT_EQ(jsonObjectFrom(R"({"a":1,"\u0061":2})")->integer("a"), 1); }
 
 // In the place of a member's value, where it is kept, and deeper, where it is only checked.
 std::vector<std::string> withValue(const std::string& value) {
