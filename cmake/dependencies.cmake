@@ -21,7 +21,6 @@ set(missing_of_program "")
 find_or_note(missing_of_program "threads" Threads)
 find_or_note(missing_of_program "Qt 6.4 or newer (Core, Gui, Widgets)" Qt6 6.4 COMPONENTS Core Gui Widgets)
 find_or_note(missing_of_program "libcurl 7.87 or newer" CURL 7.87)
-find_or_note(missing_of_program "zlib" ZLIB)
 if(APPLE)
     set(Boost_USE_STATIC_LIBS ON)  # No library of Boost's has to be taken into the bundle.
 endif()

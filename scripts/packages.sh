@@ -7,7 +7,7 @@
 
 build_packages=(
     cmake g++ make ninja-build pkg-config
-    qt6-base-dev libcurl4-openssl-dev zlib1g-dev 'libboost-json-dev>=1.81' 'libboost-url-dev>=1.81' libicu-dev
+    qt6-base-dev libcurl4-openssl-dev 'libboost-json-dev>=1.81' 'libboost-url-dev>=1.81' libicu-dev
 )
 
 # What a desktop has anyway: certificates, fonts, the opener.

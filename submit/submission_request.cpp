@@ -34,14 +34,6 @@ platform::JsonObject bodyOf(const HardwareInfo& hardware) {
 // The address is taken exactly as typed: one that ends in "/" gives a doubled slash here.
 std::string endpointOf(const std::string& url) { return url + "/save-detected-hardware/"; }
 
-platform::HttpRequest requestFor(platform::Url endpoint, std::string data) {
-    return {.url = std::move(endpoint),
-            .method = "POST",
-            .headers = {{"Content-Type", "application/json"}},
-            .body = std::move(data),
-            .timeoutInterval = timeoutInterval};
-}
-
 }  // namespace
 
 bool HardwareDetector::sendToWebsite(const std::string& url, const HardwareInfo& hardware) {
@@ -52,13 +44,11 @@ bool HardwareDetector::sendToWebsite(const std::string& url, const HardwareInfo&
         return false;
     }
 
-    platform::HttpRequest request = requestFor(*endpoint, std::move(*data));
     const auto submission = std::make_shared<Submission>(url);
     platform::log("📤 Sending hardware data to: ", endpoint->absoluteString());
     platform::httpSession::start(
-        std::move(request), [submission](std::optional<std::string> body, const auto& response, const auto& error) {
-            handleSubmissionAnswer(std::move(body), response, error, *submission);
-        });
+        {.url = *endpoint, .body = std::move(*data), .timeoutInterval = timeoutInterval},
+        [submission](platform::HttpResult result) { handleSubmissionResult(std::move(result), *submission); });
     submission->completion.acquire();
 
     // Also after a success: an answer that was accepted with another status than 200 left its message here.

@@ -3,6 +3,7 @@
 #include <array>
 #include <new>
 #include <string_view>
+#include <variant>
 
 #include "platform/browser.h"
 #include "platform/dispatch.h"
@@ -14,8 +15,6 @@
 using platform::log;
 
 namespace {
-
-constexpr int ok = 200;
 
 // What is read out of an answer.
 constexpr std::array<std::string_view, 4> answerKeys = {"success", "error", "hardware_id", "redirect_url"};
@@ -45,37 +44,29 @@ void openPageFor(platform::JsonObject answer, const std::string& baseUrl) {
         [page = std::move(*choice.page), hardwareId = std::move(choice.hardwareId)] { open(page, hardwareId); });
 }
 
-// Steps 2 to 9. Any of them may be the last.
-void settle(std::optional<std::string> body, const std::optional<platform::HttpResponse>& response,
-            Submission& submission) {
-    // 2. Status. One other than 200 is told but decides nothing: the body does.
-    if (response) {
-        const std::string code = std::to_string(response->statusCode);
-        log("📥 Response status: ", code);
-        if (response->statusCode != ok) {
-            fail(submission, "Server error: HTTP " + code, "❌ Server returned status: ", code);
-        }
-    }
+// Any of the steps may be the last.
+void settle(platform::HttpAnswer received, Submission& submission) {
+    // 1. Status. One other than 200 is told but decides nothing: the body does.
+    const std::string code = std::to_string(received.statusCode);
+    log("📥 Response status: ", code);
+    if (!received.isOk()) fail(submission, "Server error: HTTP " + code, "❌ Server returned status: ", code);
 
-    // 3. Is there a body? An empty one counts.
-    if (!body) return fail(submission, "No data received", "❌ No data in response");
+    // 2. The body, for whoever reads the log.
+    if (platform::isUtf8(received.body)) log("📥 Response body: ", received.body);
 
-    // 4. The body, for whoever reads the log.
-    if (platform::isUtf8(*body)) log("📥 Response body: ", *body);
-
-    // 5. JSON.
-    std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(*body, answerKeys);
-    body.reset();  // It may be large.
+    // 3. JSON. An empty body is none.
+    std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(received.body, answerKeys);
+    std::string().swap(received.body);  // It may be large.
     if (!answer) return fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
 
-    // 6. Verdict.
+    // 4. Verdict.
     const std::optional<bool> success = answer->boolean("success");
     if (!success) return fail(submission, "Invalid response format", "❌ Response missing 'success' field");
 
-    // 7. Only here is the verdict set.
+    // 5. Only here is the verdict set.
     submission.succeeded = *success;
 
-    // 8. Refused.
+    // 6. Refused.
     if (!*success) {
         std::string reason = answer->takeString("error").value_or("Unknown error");
         log("❌ Server returned error: ", reason);
@@ -83,27 +74,24 @@ void settle(std::optional<std::string> body, const std::optional<platform::HttpR
         return;
     }
 
-    // 9. Accepted. Posted before the caller is woken, so that the page opens before anything the caller posts.
+    // 7. Accepted. Posted before the caller is woken, so that the page opens before anything the caller posts.
     openPageFor(std::move(*answer), submission.baseUrl);
 }
 
 }  // namespace
 
-void handleSubmissionAnswer(std::optional<std::string> body, const std::optional<platform::HttpResponse>& response,
-                            const std::optional<platform::HttpError>& error, Submission& submission) {
-    // 1. Transport error: whatever came with it does not count.
-    if (error) {
+void handleSubmissionResult(platform::HttpResult result, Submission& submission) {
+    if (const auto* error = std::get_if<platform::HttpError>(&result)) {
         fail(submission, "Network error: " + error->localizedDescription,
              "❌ Network error: ", error->localizedDescription);
     } else {
         try {
-            settle(std::move(body), response, submission);
+            settle(std::get<platform::HttpAnswer>(std::move(result)), submission);
         } catch (const std::bad_alloc&) {
             submission.succeeded = false;
             fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
         }
     }
 
-    // 10. Wake the caller.
     submission.completion.release();
 }

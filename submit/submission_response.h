@@ -1,4 +1,4 @@
-// What becomes of a submission once the website has answered, or has not.
+// How a submission ends: with an answer of the website, or without one.
 #pragma once
 
 #include <optional>
@@ -21,5 +21,4 @@ struct Submission {
 
 // Settles the submission: logs what came, stores verdict and message, posts the opening of the page to the main queue,
 // and releases `completion` exactly once, as the last thing. Runs on the session's delivery queue.
-void handleSubmissionAnswer(std::optional<std::string> body, const std::optional<platform::HttpResponse>& response,
-                            const std::optional<platform::HttpError>& error, Submission& submission);
+void handleSubmissionResult(platform::HttpResult result, Submission& submission);

@@ -5,6 +5,7 @@
 #include <semaphore>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 #include "platform/http.h"
 #include "platform/json.h"
@@ -19,7 +20,6 @@ using platform::log;
 namespace {
 
 constexpr const char* installTrackedKey = "com.velmora.install_tracked";
-constexpr int ok = 200;
 
 // One report's outcome, held by the caller who waits and the handler together; the semaphore orders the two.
 struct InstallReport {
@@ -65,27 +65,26 @@ void refuse(const std::string& code, const std::string* text) {
     if (text != nullptr) log("   Response: ", *text);
 }
 
-void settle(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
-            const std::optional<platform::HttpError>& error, InstallReport& report) {
-    if (error) {
+void settle(const platform::HttpResult& result, InstallReport& report) {
+    if (const auto* error = std::get_if<platform::HttpError>(&result)) {
         log("❌ Install tracking error: ", error->localizedDescription);
         log("   Error details: ", error->details);
-    } else if (response) {
-        const std::string code = std::to_string(response->statusCode);
-        const std::string* text = readable(body);
-        log("📥 Response status: ", code);
-        if (response->statusCode == ok) {
-            accept(text, report);
-        } else {
-            refuse(code, text);
-        }
+        return;
+    }
+    const auto& answer = std::get<platform::HttpAnswer>(result);
+    const std::string code = std::to_string(answer.statusCode);
+    const std::string* text = readableBody(answer);
+    log("📥 Response status: ", code);
+    if (answer.isOk()) {
+        accept(text, report);
+    } else {
+        refuse(code, text);
     }
 }
 
-void handleInstallAnswer(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
-                         const std::optional<platform::HttpError>& error, InstallReport& report) {
+void handleInstallResult(const platform::HttpResult& result, InstallReport& report) {
     try {
-        settle(body, response, error, report);
+        settle(result, report);
     } catch (const std::bad_alloc&) {  // Not tracked, and the caller must not wait for ever.
     }
     report.completion.release();
@@ -110,10 +109,9 @@ void AppTracker::trackInstall(const std::string& url) {
     }
 
     const auto report = std::make_shared<InstallReport>();
-    platform::httpSession::start(reportRequest(*endpoint, std::move(*data)),
-                                 [report](const auto& answerBody, const auto& response, const auto& error) {
-                                     handleInstallAnswer(answerBody, response, error, *report);
-                                 });
+    platform::httpSession::start(
+        {.url = *endpoint, .body = std::move(*data), .timeoutInterval = reportTimeoutInterval},
+        [report](const platform::HttpResult& result) { handleInstallResult(result, *report); });
     report->completion.acquire();
     if (!report->succeeded) log("⚠️ Install tracking may have failed. Check the logs above.");
 }

@@ -1,5 +1,6 @@
 #include <optional>
 #include <utility>
+#include <variant>
 
 #include "platform/date.h"
 #include "platform/http.h"
@@ -16,19 +17,16 @@ namespace {
 
 constexpr const char* lastTrackedDateKey = "com.velmora.last_tracked_date";
 constexpr const char* datePattern = "yyyy-MM-dd";
-constexpr int ok = 200;
 
-void handleUsageAnswer(const std::optional<std::string>& body, const std::optional<platform::HttpResponse>& response,
-                       const std::optional<platform::HttpError>& error) {
-    if (error) {
+void handleUsageResult(const platform::HttpResult& result) {
+    if (const auto* error = std::get_if<platform::HttpError>(&result)) {
         log("❌ Usage tracking error: ", error->localizedDescription);
         return;
     }
-    if (!response) return;
-
-    const std::string* text = readable(body);
-    if (response->statusCode != ok) {
-        log("⚠️ Usage tracking returned status: ", std::to_string(response->statusCode));
+    const auto& answer = std::get<platform::HttpAnswer>(result);
+    const std::string* text = readableBody(answer);
+    if (!answer.isOk()) {
+        log("⚠️ Usage tracking returned status: ", std::to_string(answer.statusCode));
     } else if (text != nullptr) {
         log("✅ Usage tracked successfully");
     }
@@ -61,5 +59,6 @@ void AppTracker::trackUsageOnly(const std::string& url, const std::string& devic
         log("❌ Error: Could not create usage tracking JSON data or URL");
         return;
     }
-    platform::httpSession::start(reportRequest(*endpoint, std::move(*data)), handleUsageAnswer);
+    platform::httpSession::start({.url = *endpoint, .body = std::move(*data), .timeoutInterval = reportTimeoutInterval},
+                                 handleUsageResult);
 }

@@ -7,65 +7,88 @@
 #include <chrono>
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 
 #include "platform/curl/libcurl.h"
 #include "platform/http.h"
 
 namespace platform {
 
-// As it is received, and once it is decoded.
-inline constexpr std::size_t largestBody = std::size_t{256} << 20;
+// Used by the session's thread only, once it is made. libcurl holds pointers into it, so it stays where it is.
+class Exchange {
+  public:
+    using Clock = std::chrono::steady_clock;
 
-// Each line of an answer counts as life, so that interim answers (100 to 199) without end would never time out.
-inline constexpr int mostInterimAnswers = 16;
+    // What all exchanges have in common.
+    struct Shared {
+        CURLSH* cookies = nullptr;
+        curl_slist* headers = nullptr;
+    };
 
-// What has come in answer so far. Of several answers (100 before 200, a redirect before its target's) the last counts.
-struct Answer {
-    int statusCode = 0;
-    bool headerComplete = false;
-    bool isTooLarge = false;
-    std::string contentEncoding;
-    std::string body;
+    Exchange(HttpRequest request, HttpCompletionHandler completionHandler);
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+
+    // Makes the handle that libcurl is to carry out, or ends the exchange with an error.
+    void prepare(const Shared& shared);
+
+    [[nodiscard]] CURL* handle() const { return easy_.get(); }
+
+    // The exchange that a handle belongs to.
+    [[nodiscard]] static Exchange& of(CURL* handle);
+
+    // When the exchange is given up if nothing moves any more.
+    [[nodiscard]] Clock::time_point deadline() const;
+
+    // Notes what has moved, and ends the exchange when it is too large or its deadline was before `polledAt`.
+    void check(Clock::time_point polledAt);
+
+    // Time in which the session did not look at the exchange is no idle time.
+    void postponeDeadline(Clock::duration by) { lastActivity_ += by; }
+
+    void end(CURLcode result);
+    void fail(HttpError error) { result_ = std::move(error); }
+    [[nodiscard]] bool hasEnded() const { return result_.has_value(); }
+
+    // Frees the handle, which must have left the multi handle, and calls the completion handler.
+    void deliver();
+
+  private:
+    struct FreeEasy {
+        void operator()(CURL* easy) const { libcurl().easy_cleanup(easy); }
+    };
+
+    [[nodiscard]] CURLcode setOptions(const Shared& shared);
+    [[nodiscard]] std::optional<HttpError> refusal() const;
+    [[nodiscard]] HttpError transportError(CURLcode result) const;
+    [[nodiscard]] bool isTooLarge() const;
+    void forgetAnswer();
+    [[nodiscard]] bool takeStatusLine(std::string_view line);
+
+    template <typename Value>
+    [[nodiscard]] Value info(CURLINFO what) const {
+        Value value{};
+        libcurl().easy_getinfo(easy_.get(), what, &value);
+        return value;
+    }
+
+    // Called by libcurl.
+    static int requestBegins(void* exchange, char*, char*, int, int);
+    static std::size_t takeHeaderLine(char* bytes, std::size_t, std::size_t count, void* exchange);
+    static std::size_t takeBody(char* bytes, std::size_t, std::size_t count, void* exchange);
+
+    HttpRequest request_;
+    HttpCompletionHandler completionHandler_;
+    // What has come so far. Of several answers (100 before 200, a redirect before its target's) the last counts.
+    HttpAnswer answer_;
+    bool headerIsComplete_ = false;
+    bool decodesToTooMuch_ = false;
+    int interimAnswers_ = 0;
+    curl_off_t bytesMoved_ = 0;
+    Clock::time_point lastActivity_;
+    std::optional<HttpResult> result_;
+    std::array<char, CURL_ERROR_SIZE> errorText_{};
+    std::unique_ptr<CURL, FreeEasy> easy_;  // Destroyed before what it points to.
 };
-
-struct FreeEasy {
-    void operator()(CURL* easy) const { libcurl().easy_cleanup(easy); }
-};
-struct FreeList {
-    void operator()(curl_slist* list) const { libcurl().slist_free_all(list); }
-};
-
-// libcurl holds pointers into it while the exchange goes on, so it stays where it is. For the session's thread alone.
-struct Exchange {
-    HttpRequest request;
-    HttpCompletionHandler completionHandler;
-    Answer answer;
-    int interimAnswers = 0;
-    std::optional<HttpError> error;
-    std::chrono::steady_clock::time_point lastActivity;
-    std::array<char, CURL_ERROR_SIZE> errorText{};
-    std::unique_ptr<curl_slist, FreeList> headers;
-    std::unique_ptr<CURL, FreeEasy> easy;  // Last, so that it goes before what it points to.
-
-    Exchange(HttpRequest theRequest, HttpCompletionHandler handler)
-        : request(std::move(theRequest)), completionHandler(std::move(handler)) {}
-};
-
-// How long the exchange may stand still, and until when, if nothing moves any more.
-[[nodiscard]] std::chrono::seconds timeoutInterval(const HttpRequest& request);
-[[nodiscard]] std::chrono::steady_clock::time_point deadline(const Exchange& exchange);
-
-// Why a request is not even tried; absent for one that is.
-[[nodiscard]] std::optional<HttpError> refusalOf(const HttpRequest& request);
-
-// Makes the handle that libcurl is to carry out, once libcurl is loaded. `cookies` is shared by all exchanges.
-[[nodiscard]] CURLcode prepare(Exchange& exchange, CURLSH* cookies);
-
-// The error that an exchange that libcurl has ended with `result` comes to; absent when the answer is whole.
-[[nodiscard]] std::optional<HttpError> errorOf(const Exchange& exchange, CURLcode result);
-
-// Hands the error, or the answer with its body decoded, to the completion handler.
-void deliver(Exchange& exchange);
 
 }  // namespace platform

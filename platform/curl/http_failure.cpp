@@ -65,7 +65,7 @@ HttpError errorFor(Failure failure, std::string_view cause, std::string_view hos
     if (hostPlace != std::string::npos) sentence.replace(hostPlace, 1, printable(host));
     const std::string details =
         "NSURLErrorDomain " + std::to_string(failure.code) + " \"" + sentence + "\" (" + printable(cause) + ")";
-    return {failure.code, sentence, details};
+    return {sentence, details};
 }
 
 }  // namespace platform

@@ -1,43 +1,53 @@
-// libcurl, loaded when it is needed.
+// libcurl, loaded when it is first needed.
 //
-// It comes with more than twenty libraries of its own, which together take longer to load than the window takes to
-// appear, and nothing is requested before that.
+// It needs more than twenty libraries of its own, which together take longer to load than the window takes to appear,
+// and nothing is requested before that.
 #pragma once
 
 #include <curl/curl.h>
 
 namespace platform {
 
-// The functions of libcurl by their own names, without "curl_".
-struct Libcurl {
-    decltype(&curl_global_init) global_init;
-    decltype(&curl_easy_init) easy_init;
-    decltype(&curl_easy_cleanup) easy_cleanup;
-    decltype(&curl_easy_setopt) easy_setopt;
-    decltype(&curl_easy_getinfo) easy_getinfo;
-    decltype(&curl_easy_strerror) easy_strerror;
-    decltype(&curl_multi_init) multi_init;
-    decltype(&curl_multi_setopt) multi_setopt;
-    decltype(&curl_multi_add_handle) multi_add_handle;
-    decltype(&curl_multi_remove_handle) multi_remove_handle;
-    decltype(&curl_multi_socket_action) multi_socket_action;
-    decltype(&curl_multi_info_read) multi_info_read;
-    decltype(&curl_multi_strerror) multi_strerror;
-    decltype(&curl_share_init) share_init;
-    decltype(&curl_share_setopt) share_setopt;
-    decltype(&curl_slist_append) slist_append;
-    decltype(&curl_slist_free_all) slist_free_all;
-    decltype(&curl_url) url;
-    decltype(&curl_url_cleanup) url_cleanup;
-    decltype(&curl_url_set) url_set;
-    decltype(&curl_url_get) url_get;
-    decltype(&curl_free) free;
-};
-
-// Loads the library; false when this machine has none, or one of before 7.87. May be called again.
+// Loads the library; false when this machine has none, or one older than 7.87. May be called again.
 [[nodiscard]] bool loadLibcurl();
 
-// After loadLibcurl() has returned true.
+// The address of a function in the loaded library.
+[[nodiscard]] void* libcurlSymbol(const char* name);
+
+template <typename Function>
+[[nodiscard]] Function libcurlFunction(const char* name) {
+    return reinterpret_cast<Function>(libcurlSymbol(name));
+}
+
+// The functions of libcurl by their own names, without "curl_".
+struct Libcurl {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name that is declared has none.
+#define LIBCURL_FUNCTION(name) decltype(&curl_##name) name = libcurlFunction<decltype(&curl_##name)>("curl_" #name)
+
+    LIBCURL_FUNCTION(version_info);
+    LIBCURL_FUNCTION(global_init);
+    LIBCURL_FUNCTION(easy_init);
+    LIBCURL_FUNCTION(easy_cleanup);
+    LIBCURL_FUNCTION(easy_setopt);
+    LIBCURL_FUNCTION(easy_getinfo);
+    LIBCURL_FUNCTION(easy_strerror);
+    LIBCURL_FUNCTION(multi_init);
+    LIBCURL_FUNCTION(multi_cleanup);
+    LIBCURL_FUNCTION(multi_add_handle);
+    LIBCURL_FUNCTION(multi_remove_handle);
+    LIBCURL_FUNCTION(multi_poll);
+    LIBCURL_FUNCTION(multi_wakeup);
+    LIBCURL_FUNCTION(multi_perform);
+    LIBCURL_FUNCTION(multi_info_read);
+    LIBCURL_FUNCTION(multi_strerror);
+    LIBCURL_FUNCTION(share_init);
+    LIBCURL_FUNCTION(share_setopt);
+    LIBCURL_FUNCTION(slist_append);
+
+#undef LIBCURL_FUNCTION
+};
+
+// To be called after loadLibcurl() has returned true.
 [[nodiscard]] const Libcurl& libcurl();
 
 }  // namespace platform

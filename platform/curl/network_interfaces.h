@@ -3,8 +3,7 @@
 
 namespace platform {
 
-// Whether one of them is up that leads beyond this machine. True as well when that cannot be told. Safe from any
-// thread.
+// True if a non-loopback interface is up, or if unknown. Safe from any thread.
 [[nodiscard]] bool networkIsUp();
 
 }  // namespace platform

@@ -32,9 +32,9 @@ TEST(HttpSession, ReportsAHostThatIsNotFound) {
     const Result result = resultOf(post("http://name.invalid/"));
 
     ASSERT_TRUE(result.error.has_value());
-    EXPECT_FALSE(result.body.has_value());
-    EXPECT_FALSE(result.response.has_value());
-    EXPECT_TRUE(result.error->code == -1003 || result.error->code == -1009) << result.error->details;
+    const std::string& details = result.error->details;
+    EXPECT_TRUE(details.starts_with("NSURLErrorDomain -1003 ") || details.starts_with("NSURLErrorDomain -1009 "))
+        << details;
 }
 
 TEST(HttpSession, ReportsALostConnectionAfterOneRequest) {

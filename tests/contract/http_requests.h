@@ -1,4 +1,4 @@
-// Requests to servers of the test's own, and what is expected of their results.
+// Requests to the test's own servers, and what is expected of their results.
 #pragma once
 
 #include <chrono>
@@ -15,8 +15,7 @@ namespace httpContract {
 inline constexpr std::chrono::seconds longestWait{60};
 
 struct Result {
-    std::optional<std::string> body;
-    std::optional<platform::HttpResponse> response;
+    std::optional<platform::HttpAnswer> answer;
     std::optional<platform::HttpError> error;
     std::thread::id thread;  // The handler's.
 };
@@ -27,8 +26,6 @@ struct Result {
 Result resultOf(std::future<Result> future);
 Result resultOf(platform::HttpRequest request);
 
-[[nodiscard]] platform::HttpRequest get(const std::string& url,
-                                        std::chrono::seconds timeoutInterval = std::chrono::seconds(30));
 [[nodiscard]] platform::HttpRequest post(const std::string& url, std::string body = "{\"a\":1}",
                                          std::chrono::seconds timeoutInterval = std::chrono::seconds(30));
 
@@ -37,7 +34,7 @@ void expectError(const Result& result, int code, const std::string& localizedDes
 void expectTimedOut(const Result& result);
 void expectConnectionLost(const Result& result);
 
-// The bytes of an answer that leads elsewhere.
+// The bytes of a redirect.
 [[nodiscard]] std::string redirectTo(int statusCode, const std::string& location);
 
 }  // namespace httpContract

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <future>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -43,20 +43,44 @@ TEST(HttpSession, TimesOutWhenNothingComesForTheInterval) {
     }
 }
 
-TEST(HttpSession, StartsTheIntervalAfreshWithEveryByteThatComes) {
-    const std::string header = "HTTP/1.1 200 OK\r\nContent-Length: 13\r\n\r\n";
-    const ScriptedServer server(always({SendDripping{header, 50ms}, SendDripping{"steady, slow!", 200ms}}));
+TEST(HttpSession, StartsTheIntervalAfreshWithEveryHeaderLineAndEveryByteOfABody) {
+    Script script;
+    for (const std::string line : {"HTTP/1.1 200 OK\r\n", "X: 1\r\n", "X: 2\r\n", "Content-Length: 13\r\n", "\r\n"}) {
+        script.push_back(SendDripping{line.substr(0, 1), 300ms});
+        script.push_back(Send{line.substr(1)});
+    }
+    script.push_back(SendDripping{"steady, slow!", 200ms});
+    const ScriptedServer server(always(script));
 
     const auto begin = Clock::now();
     const Result result = resultOf(post(server.url("/"), "{}", 1s));
 
-    EXPECT_GE(Clock::now() - begin, 2s);
+    EXPECT_GE(Clock::now() - begin, 4s);
     expectAnswer(result, 200, "steady, slow!");
 }
 
+TEST(HttpSession, CountsAHeaderLineWhenItIsWhole) {
+    const ScriptedServer server(always({Send{"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n"},
+                                        SendDripping{"X: " + std::string(40, 'x'), 50ms}, Send{"\r\n\r\n"}}));
+
+    expectTimedOut(resultOf(post(server.url("/"), "{}", 1s)));
+}
+
+TEST(HttpSession, StartsTheIntervalAfreshWithEveryByteSent) {
+    constexpr std::size_t size = std::size_t{64} << 20;
+    const IdleSocket slow(IdleSocket::Kind::listening);
+
+    const auto begin = Clock::now();
+    std::future<Result> result = send(post(slow.url(), std::string(size, 'x'), 2s));
+    slow.readSlowlyThenAnswer(size, answerBytes(200, "at last"));
+
+    EXPECT_GE(Clock::now() - begin, 3s);
+    expectAnswer(resultOf(std::move(result)), 200, "at last");
+}
+
 TEST(HttpSession, CountsTheIntervalFromTheLastByte) {
-    const ScriptedServer server(
-        always({SendDripping{"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n123456", 50ms}, WaitUntilClientHasGone{}}));
+    const ScriptedServer server(always({Send{"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n"},
+                                        SendDripping{"12345678", 250ms}, WaitUntilClientHasGone{}}));
 
     const auto begin = Clock::now();
     const Result result = resultOf(post(server.url("/"), "{}", 1s));

@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,22 @@ class IdleSocket {
             if (poll(&connected, 1, 500) == 0) return true;
         }
         return false;
+    }
+
+    // Accepts a connection, reads so many bytes of it, 4 MiB each fifth of a second, sends `answer` and waits for the
+    // other side to close.
+    void readSlowlyThenAnswer(std::size_t bytes, const std::string& answer) const {
+        const int connection = accept(number_, nullptr, nullptr);
+        std::vector<char> buffer(std::size_t{4} << 20);
+        for (std::size_t total = 0; total < bytes;) {
+            poll(nullptr, 0, 200);
+            const ssize_t count = recv(connection, buffer.data(), buffer.size(), MSG_WAITALL);
+            if (count <= 0) break;
+            total += static_cast<std::size_t>(count);
+        }
+        EXPECT_EQ(::send(connection, answer.data(), answer.size(), 0), static_cast<ssize_t>(answer.size()));
+        while (recv(connection, buffer.data(), buffer.size(), 0) > 0) continue;  // Unread bytes would break it off.
+        close(connection);
     }
 
     [[nodiscard]] std::string url() const {

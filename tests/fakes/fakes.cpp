@@ -1,6 +1,8 @@
 #include "tests/fakes/fakes.h"
 
+#include <condition_variable>
 #include <cstdlib>
+#include <deque>
 #include <mutex>
 #include <thread>
 
@@ -18,26 +20,56 @@ namespace fakes {
 namespace {
 
 std::recursive_mutex mutex;
-std::vector<std::thread> sessionThreads;
 
 void happened(std::string event) {
     const std::lock_guard lock(mutex);
     machine().events.push_back(std::move(event));
 }
 
-void joinSession() {
-    std::vector<std::thread> threads;
-    {
-        const std::lock_guard lock(mutex);
-        threads.swap(sessionThreads);
+// One thread for all requests, as the real session has.
+class Session {
+  public:
+    static Session& shared() {
+        static Session session;
+        return session;
     }
-    for (std::thread& thread : threads) thread.join();
-}
 
-// The last test's threads have nobody to reset them.
-const struct JoinAtTheEnd {
-    ~JoinAtTheEnd() { joinSession(); }
-} joinAtTheEnd;
+    ~Session() {
+        post(nullptr);
+        thread_.join();
+    }
+
+    void post(std::function<void()> work) {
+        const std::lock_guard lock(mutex_);
+        works_.push_back(std::move(work));
+        changed_.notify_all();
+    }
+
+    void waitUntilIdle() {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return works_.empty(); });
+    }
+
+  private:
+    void run() {
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            changed_.wait(lock, [&] { return !works_.empty(); });
+            const std::function<void()> work = works_.front();
+            if (!work) return;
+            lock.unlock();
+            work();
+            lock.lock();
+            works_.pop_front();
+            changed_.notify_all();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::function<void()>> works_;  // The first one is being done.
+    std::thread thread_{[this] { run(); }};
+};
 
 std::optional<platform::Work> next(std::vector<platform::Work>& queue) {
     const std::lock_guard lock(mutex);
@@ -53,23 +85,23 @@ void runAll(std::vector<platform::Work>& queue) {
 
 }  // namespace
 
-HttpAnswer answered(int statusCode, std::string body) {
-    return {std::move(body), platform::HttpResponse{statusCode}, std::nullopt};
+platform::HttpResult answered(int statusCode, std::string body) {
+    return platform::HttpAnswer{statusCode, std::move(body)};
 }
 
-HttpAnswer failed(std::string description, std::string details) {
-    return {std::nullopt, std::nullopt, platform::HttpError{-1, std::move(description), std::move(details)}};
+platform::HttpResult failed(std::string description, std::string details) {
+    return platform::HttpError{std::move(description), std::move(details)};
 }
 
 Machine& machine() {
-    static Machine& theMachine = *new Machine;  // Never destroyed: the last test's threads may outlive main.
+    static Machine& theMachine = *new Machine;  // Never destroyed: the session's thread may outlive main.
     return theMachine;
 }
 
-void waitForSession() { joinSession(); }
+void waitForSession() { Session::shared().waitUntilIdle(); }
 
 void reset() {
-    joinSession();
+    waitForSession();
     machine() = Machine();
 }
 
@@ -99,9 +131,8 @@ void httpSession::start(HttpRequest request, HttpCompletionHandler completionHan
     const std::lock_guard lock(fakes::mutex);
     machine().requests.push_back(request);
     fakes::happened("request " + request.url.absoluteString());
-    fakes::sessionThreads.emplace_back([request = std::move(request), handler = std::move(completionHandler)] {
-        const fakes::HttpAnswer answer = machine().website(request);
-        handler(answer.body, answer.response, answer.error);
+    fakes::Session::shared().post([request = std::move(request), handler = std::move(completionHandler)] {
+        handler(machine().website(request));
     });
 }
 

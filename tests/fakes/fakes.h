@@ -14,15 +14,8 @@
 
 namespace fakes {
 
-struct HttpAnswer {
-    std::optional<std::string> body;
-    std::optional<platform::HttpResponse> response;
-    std::optional<platform::HttpError> error;
-};
-
-// A whole answer, and none.
-[[nodiscard]] HttpAnswer answered(int statusCode, std::string body);
-[[nodiscard]] HttpAnswer failed(std::string description, std::string details = "details");
+[[nodiscard]] platform::HttpResult answered(int statusCode, std::string body);
+[[nodiscard]] platform::HttpResult failed(std::string description, std::string details = "details");
 
 // One machine for one test: made anew by reset().
 struct Machine {
@@ -31,7 +24,9 @@ struct Machine {
     std::vector<std::string> commandsRun;
 
     // http.h: asked for each request, on the session's thread.
-    std::function<HttpAnswer(const platform::HttpRequest&)> website = [](const auto&) { return failed("no website"); };
+    std::function<platform::HttpResult(const platform::HttpRequest&)> website = [](const auto&) {
+        return failed("no website");
+    };
     std::vector<platform::HttpRequest> requests;
 
     // browser.h
@@ -69,7 +64,7 @@ struct Machine {
 
 [[nodiscard]] Machine& machine();
 
-// Waits until every answer has been handled.
+// Waits until every request has been answered and every answer handled.
 void waitForSession();
 
 // The same, then starts afresh.

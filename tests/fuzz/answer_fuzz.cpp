@@ -36,7 +36,7 @@ void requireWhatAlwaysHolds(const Submission& submission) {
 void answerWith(const std::string& body, int status) {
     start();
     Submission submission(address);
-    handleSubmissionAnswer(body, platform::HttpResponse{status}, std::nullopt, submission);
+    handleSubmissionResult(fakes::answered(status, body), submission);
     fuzz::require(submission.completion.try_acquire() && !submission.completion.try_acquire(), "not woken just once");
     requireWhatAlwaysHolds(submission);
 }
@@ -74,7 +74,7 @@ void compareWithModel(FuzzedDataProvider& provider) {
 
     start();
     Submission submission(origin);
-    handleSubmissionAnswer(end_to_end::bodyOf(round), platform::HttpResponse{round.status}, std::nullopt, submission);
+    handleSubmissionResult(fakes::answered(round.status, end_to_end::bodyOf(round)), submission);
     requireWhatAlwaysHolds(submission);
     fuzz::require(submission.succeeded == expected.ends, "another verdict");
     const auto text = [](const std::vector<std::string>& pages) { return pages.empty() ? "none" : pages.front(); };

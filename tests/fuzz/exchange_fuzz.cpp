@@ -37,10 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     static const testSupport::ScriptedServer& server = *new testSupport::ScriptedServer(currentAnswer);
     const httpContract::Result result = httpContract::resultOf(httpContract::post(server.url("/")));
-    fuzz::require(result.error.has_value() != result.response.has_value(), "neither an answer nor an error, or both");
-    fuzz::require(result.body.has_value() == result.response.has_value(), "a body without an answer, or none with one");
-    if (result.response) {
-        fuzz::require(result.response->statusCode >= 200 && result.response->statusCode <= 999, "a strange status");
+    if (result.answer) {
+        fuzz::require(result.answer->statusCode >= 200 && result.answer->statusCode <= 999, "a strange status");
     }
     if (result.error) {
         fuzz::require(!result.error->localizedDescription.empty(), "an error without a sentence");

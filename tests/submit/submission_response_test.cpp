@@ -19,8 +19,8 @@ class SubmissionResponse : public testing::Test {
   protected:
     void SetUp() override { fakes::reset(); }
 
-    void handle(const fakes::HttpAnswer& answer) {
-        handleSubmissionAnswer(answer.body, answer.response, answer.error, submission_);
+    void handle(platform::HttpResult result) {
+        handleSubmissionResult(std::move(result), submission_);
         EXPECT_TRUE(submission_.completion.try_acquire());
         EXPECT_FALSE(submission_.completion.try_acquire()) << "released more than once";
     }
@@ -28,30 +28,12 @@ class SubmissionResponse : public testing::Test {
     Submission submission_{"http://site.example/"};
 };
 
-TEST_F(SubmissionResponse, ATransportErrorIsAllThatCounts) {
-    handle({R"({"success":true})", platform::HttpResponse{200}, platform::HttpError{-1001, "too slow", "details"}});
+TEST_F(SubmissionResponse, ATransportErrorIsToldByItsSentence) {
+    handle(fakes::failed("too slow"));
     EXPECT_EQ(machine().log, Lines{"❌ Network error: too slow"});
     EXPECT_EQ(submission_.errorMessage, "Network error: too slow");
     EXPECT_FALSE(submission_.succeeded);
     EXPECT_TRUE(machine().mainQueue.empty());
-}
-
-TEST_F(SubmissionResponse, NoBodyIsAnError) {
-    handle({std::nullopt, platform::HttpResponse{200}, std::nullopt});
-    EXPECT_EQ(machine().log, (Lines{"📥 Response status: 200", "❌ No data in response"}));
-    EXPECT_EQ(submission_.errorMessage, "No data received");
-}
-
-TEST_F(SubmissionResponse, NoBodyAfterAnotherStatusReplacesTheMessage) {
-    handle({std::nullopt, platform::HttpResponse{503}, std::nullopt});
-    EXPECT_EQ(machine().log,
-              (Lines{"📥 Response status: 503", "❌ Server returned status: 503", "❌ No data in response"}));
-    EXPECT_EQ(submission_.errorMessage, "No data received");
-}
-
-TEST_F(SubmissionResponse, AResponseThatIsNotHttpGivesNoStatusLine) {
-    handle({"{}", std::nullopt, std::nullopt});
-    EXPECT_EQ(machine().log, (Lines{"📥 Response body: {}", "❌ Response missing 'success' field"}));
 }
 
 TEST_F(SubmissionResponse, AnEmptyBodyIsABodyThatIsNotJson) {
@@ -89,7 +71,7 @@ TEST_F(SubmissionResponse, AMissingSuccessIsAnError) {
 TEST_F(SubmissionResponse, ASuccessThatIsTextOrAnotherNumberIsNoBoolean) {
     for (const char* body : {R"({"success":"true"})", R"({"success":2})", R"({"success":null})"}) {
         Submission submission{"http://site.example"};
-        handleSubmissionAnswer(body, platform::HttpResponse{200}, std::nullopt, submission);
+        handleSubmissionResult(answered(200, body), submission);
         EXPECT_EQ(submission.errorMessage, "Invalid response format") << body;
         EXPECT_FALSE(submission.succeeded);
     }
@@ -105,7 +87,7 @@ TEST_F(SubmissionResponse, ARefusalGivesTheWebsitesReason) {
 TEST_F(SubmissionResponse, ARefusalWithoutAReasonIsAnUnknownError) {
     for (const char* body : {R"({"success":false})", R"({"success":false,"error":7})"}) {
         Submission submission{"http://site.example"};
-        handleSubmissionAnswer(body, platform::HttpResponse{200}, std::nullopt, submission);
+        handleSubmissionResult(answered(200, body), submission);
         EXPECT_EQ(machine().log.back(), "❌ Server returned error: Unknown error");
         EXPECT_EQ(submission.errorMessage, "Unknown error");
     }
@@ -156,7 +138,7 @@ TEST_F(SubmissionResponse, ARedirectThatDoesNotParseIsWarnedOfAndTheBaseOpened) 
 
 TEST_F(SubmissionResponse, NoUsablePageAtAllIsToldAndStillASuccess) {
     Submission submission{"not a url"};
-    handleSubmissionAnswer(R"({"success":true})", platform::HttpResponse{200}, std::nullopt, submission);
+    handleSubmissionResult(answered(200, R"({"success":true})"), submission);
     EXPECT_TRUE(submission.succeeded);
     EXPECT_EQ(machine().log.back(), "❌ Could not create any valid URL to open");
     EXPECT_TRUE(machine().mainQueue.empty());
@@ -179,7 +161,7 @@ int settleWithoutMemoryForTheReason() {
     limit.rlim_cur = std::size_t{400} << 20U;  // The body, and no second text of that size.
     if (setrlimit(RLIMIT_AS, &limit) != 0) return 1;
     Submission submission("http://site.example");
-    handleSubmissionAnswer(std::move(body), platform::HttpResponse{200}, std::nullopt, submission);
+    handleSubmissionResult(answered(200, std::move(body)), submission);
     if (!submission.completion.try_acquire()) return 2;
     return submission.errorMessage == "Invalid JSON response" && !submission.succeeded ? 0 : 3;
 }
