@@ -149,14 +149,21 @@ TEST(Json, IsReadInEveryUnicodeEncodingWithAndWithoutMark) {
 
 TEST(Json, IsNotReadFromABrokenWideEncoding) {
     using namespace std::string_literals;
-    for (const std::string& bytes : {"\xFF\xFE"s, "\xFF\xFE{\0}"s,
-                                     "\xFF\xFE{\0\"\0\x3D\xD8\"\0:\0"
-                                     "1\0}\0"s,
-                                     "\xFF\xFE{\0\"\0\x0D\xDD\"\0:\0"
-                                     "1\0}\0"s,
-                                     "\xFF\xFE{\0\x3D\xD8"s, "\0\0\0{\0\0\0}\0"s, "\0\0\0{\0\x11\0\0\0\0\0}"s}) {
+    const std::string start = "\xFF\xFE{\0\"\0"s;
+    const std::string end = "\"\0:\0001\0}\0"s;
+    ASSERT_TRUE(jsonObjectFrom(start + "a\0"s + end));
+    const std::string highSurrogate = "\x3D\xD8"s;
+    const std::string lowSurrogate = "\x0D\xDD"s;
+    for (const std::string& broken :
+         {highSurrogate, highSurrogate + "a\0b\0"s, highSurrogate + highSurrogate, lowSurrogate}) {
+        EXPECT_FALSE(jsonObjectFrom(start + broken + end));
+    }
+    for (const std::string& bytes :
+         {"\xFF\xFE"s, "\xFF\xFE{\0}"s, start + highSurrogate, "\0\0\0{\0\0\0}\0"s, "\0\0\0{\0\x11\0\0\0\0\0}"s}) {
         EXPECT_FALSE(jsonObjectFrom(bytes));
     }
+    // Beyond Unicode: cut to the bits of four bytes, this would be a character.
+    EXPECT_FALSE(jsonObjectFrom("\0\0\0{\0\0\0\"\0\x41\0\x41\0\0\0\"\0\0\0:\0\0\0001\0\0\0}"s));
 }
 
 // Such a text is converted in parts of 64 KiB; the pairs of surrogates stand at either side of each cut.
