@@ -81,6 +81,12 @@ void settle(platform::HttpAnswer received, Submission& submission) {
 }  // namespace
 
 void handleSubmissionResult(platform::HttpResult result, Submission& submission) {
+    // Whatever happens, the caller does not wait for ever.
+    struct Wake {
+        Submission& submission;
+        ~Wake() { submission.completion.release(); }
+    } const wake{submission};
+
     if (const auto* error = std::get_if<platform::HttpError>(&result)) {
         fail(submission, "Network error: " + error->localizedDescription,
              "❌ Network error: ", error->localizedDescription);
@@ -92,6 +98,4 @@ void handleSubmissionResult(platform::HttpResult result, Submission& submission)
             fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
         }
     }
-
-    submission.completion.release();
 }

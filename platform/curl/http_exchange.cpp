@@ -15,6 +15,9 @@ namespace {
 // As received, and as decoded.
 constexpr std::size_t largestBody = std::size_t{256} << 20;
 
+// Of one answer, its trailer included: libcurl keeps every line, and some versions know no limit for a trailer.
+constexpr std::size_t largestHeader = std::size_t{1} << 20;
+
 // Each header line counts as life, so interim answers (100 to 199) without end would never time out.
 constexpr int mostInterimAnswers = 16;
 
@@ -127,7 +130,7 @@ void Exchange::check(Clock::time_point polledAt) {
     const auto bytesMoved = info<curl_off_t>(CURLINFO_SIZE_UPLOAD_T) + info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T) +
                             info<long>(CURLINFO_REQUEST_SIZE) + info<long>(CURLINFO_HEADER_SIZE);
     if (isTooLarge()) {
-        fail(errorFor(tooLarge, "more than 256 MiB"));
+        fail(errorFor(tooLarge, "a body of more than 256 MiB, or a header of more than one"));
     } else if (bytesMoved != bytesMoved_) {
         bytesMoved_ = bytesMoved;
         lastActivity_ = Clock::now();
@@ -137,12 +140,14 @@ void Exchange::check(Clock::time_point polledAt) {
 }
 
 bool Exchange::isTooLarge() const {
-    return decodesToTooMuch_ || info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T) > curl_off_t{largestBody};
+    return decodesToTooMuch_ || headerSize_ > largestHeader ||
+           info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T) > curl_off_t{largestBody};
 }
 
 void Exchange::forgetAnswer() {
     answer_ = HttpAnswer();
     headerIsComplete_ = false;
+    headerSize_ = 0;
 }
 
 // A request is about to go out: the first, or one that a redirect or a challenge has led to.
@@ -174,6 +179,8 @@ std::size_t Exchange::takeHeaderLine(char* bytes, std::size_t, std::size_t count
     auto& self = *static_cast<Exchange*>(exchange);
     const std::string_view line(bytes, count);
     if (line.starts_with("HTTP/")) return self.takeStatusLine(line) ? count : 0;
+    self.headerSize_ += count;
+    if (self.isTooLarge()) return 0;
     if (isBlank(line) && self.answer_.statusCode >= 200) self.headerIsComplete_ = true;
     return count;
 }
@@ -192,7 +199,7 @@ std::size_t Exchange::takeBody(char* bytes, std::size_t, std::size_t count, void
 
 void Exchange::end(CURLcode result) {
     if (isTooLarge()) {
-        fail(errorFor(tooLarge, "more than 256 MiB"));
+        fail(errorFor(tooLarge, "a body of more than 256 MiB, or a header of more than one"));
     } else if (result != CURLE_OK) {
         fail(transportError(result));
     } else if (!headerIsComplete_) {

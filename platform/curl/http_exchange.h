@@ -82,6 +82,7 @@ class Exchange {
     // What has come so far. Of several answers (100 before 200, a redirect before its target's) the last counts.
     HttpAnswer answer_;
     bool headerIsComplete_ = false;
+    std::size_t headerSize_ = 0;
     bool decodesToTooMuch_ = false;
     int interimAnswers_ = 0;
     curl_off_t bytesMoved_ = 0;

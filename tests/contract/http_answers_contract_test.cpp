@@ -1,6 +1,7 @@
 // Answers and their bodies.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -157,6 +158,28 @@ TEST(HttpSession, ReportsABodyLargerThanThatOrWithoutEnd) {
         EXPECT_TRUE(server.waitForEndedConnections(1));
         EXPECT_EQ(server.requests().size(), 1u);
     }
+}
+
+TEST(HttpSession, ReportsATrailerWithoutEnd) {
+    const ScriptedServer server(always(
+        {Send{"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n"}, SendEndlessly{"X: y\r\n"}}));
+
+    // Newer versions of libcurl have a limit of their own.
+    EXPECT_TRUE(resultOf(post(server.url("/"))).error);
+
+    EXPECT_TRUE(server.waitForEndedConnections(1));
+}
+
+// libcurl reads and drops it.
+TEST(HttpSession, EndsARedirectWithABodyWithoutEnd) {
+    const std::string mebibyte(std::size_t{1} << 20, 'x');
+    const ScriptedServer server(always({Send{"HTTP/1.1 302 Found\r\nLocation: /\r\nTransfer-Encoding: chunked\r\n\r\n"},
+                                        SendEndlessly{"100000\r\n" + mebibyte + "\r\n"}}));
+
+    EXPECT_TRUE(resultOf(post(server.url("/"), "{}", std::chrono::seconds(2))).error);
+
+    EXPECT_TRUE(server.waitForEndedConnections(1));
+    EXPECT_EQ(server.requests().size(), 1u);
 }
 
 }  // namespace

@@ -96,6 +96,16 @@ TEST(HttpSession, TimesOutWhileConnecting) {
     expectTimedOut(resultOf(post(full.url(), "{}", 1s)));
 }
 
+// Bytes of the TLS greeting do not start the interval again.
+TEST(HttpSession, TimesOutInAGreetingThatDrips) {
+    const IdleSocket slow(IdleSocket::Kind::listening);
+
+    std::future<Result> result = send(post("https" + slow.url().substr(4), "{}", 2s));
+    slow.drip("\x16\x03\x03\x40" + std::string(500, 'x'));
+
+    expectTimedOut(resultOf(std::move(result)));
+}
+
 TEST(HttpSession, TimesOutWhileSending) {
     const IdleSocket deaf(IdleSocket::Kind::listening);
 

@@ -50,6 +50,16 @@ class IdleSocket {
         return false;
     }
 
+    // Accepts a connection and sends `bytes`, one each fifth of a second, until the other side closes.
+    void drip(const std::string& bytes) const {
+        const int connection = accept(number_, nullptr, nullptr);
+        for (const char byte : bytes) {
+            if (::send(connection, &byte, 1, MSG_NOSIGNAL) != 1) break;
+            poll(nullptr, 0, 200);
+        }
+        close(connection);
+    }
+
     // Accepts a connection, reads so many bytes of it, 4 MiB each fifth of a second, sends `answer` and waits for the
     // other side to close.
     void readSlowlyThenAnswer(std::size_t bytes, const std::string& answer) const {
