@@ -164,8 +164,11 @@ TEST(HttpSession, ReportsATrailerWithoutEnd) {
     const ScriptedServer server(always(
         {Send{"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n"}, SendEndlessly{"X: y\r\n"}}));
 
-    // Newer versions of libcurl have a limit of their own.
-    EXPECT_TRUE(resultOf(post(server.url("/"))).error);
+    const Result result = resultOf(post(server.url("/")));
+
+    ASSERT_TRUE(result.error);
+    // Newer versions of libcurl have a limit of their own, with another error.
+    EXPECT_NE(result.error->localizedDescription, "The request timed out.");
 
     EXPECT_TRUE(server.waitForEndedConnections(1));
 }
