@@ -51,7 +51,8 @@ namespace httpSession {
 // drops is an error. Certificates and host names are verified; proxies named by the environment are not used. Cookies
 // live as long as the process. Bodies in the content codings gzip and deflate arrive decoded; one that is cut short
 // arrives as far as it could be decoded. An unknown coding is an error, and so are a body of more than 256 MiB, as
-// received or as decoded, a header or trailer of more than one, a 17th interim answer, and a redirect from https to http. Safe from any thread.
+// received or as decoded, a header or trailer of more than one, a 17th interim answer, and a redirect from https to
+// http. Safe from any thread.
 void start(HttpRequest request, HttpCompletionHandler completionHandler);
 
 }  // namespace httpSession

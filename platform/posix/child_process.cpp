@@ -51,8 +51,7 @@ std::optional<pid_t> startChild(const char* path, std::vector<const char*> argum
     posix_spawnattr_setsigdefault(&attributes, &signals);
 
     pid_t child = 0;
-    const int failure =
-        posix_spawn(&child, path, &actions, &attributes, const_cast<char**>(arguments.data()), environ);
+    const int failure = posix_spawn(&child, path, &actions, &attributes, const_cast<char**>(arguments.data()), environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (failure != 0) return std::nullopt;

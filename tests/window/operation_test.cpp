@@ -168,6 +168,10 @@ class OverlayScrollBars : public QProxyStyle {
                   QStyleHintReturn* result) const override {
         return hint == SH_ScrollBar_Transient ? 1 : QProxyStyle::styleHint(hint, option, widget, result);
     }
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        const bool isOverlap = metric == PM_ScrollView_ScrollBarOverlap;
+        return QProxyStyle::pixelMetric(isOverlap ? PM_ScrollBarExtent : metric, option, widget);
+    }
 };
 
 TEST_F(WindowOperation, TheListKeepsAScrollBarOfThePlatformThatLiesOverTheContent) {
