@@ -101,7 +101,7 @@ TEST(HttpSession, TimesOutInAGreetingThatDrips) {
     const IdleSocket slow(IdleSocket::Kind::listening);
 
     std::future<Result> result = send(post("https" + slow.url().substr(4), "{}", 2s));
-    slow.drip("\x16\x03\x03\x40" + std::string(500, 'x'));
+    slow.drip("\x16\x03\x03\x3F" + std::string(500, 'x'));
 
     expectTimedOut(resultOf(std::move(result)));
 }
