@@ -42,6 +42,13 @@ check_packages=(clang-format clang-tidy shellcheck yamllint)
 
 fail() { echo "$*" >&2; exit 1; }
 
+# require_tools ADVICE TOOL...: these tools are there; otherwise the script ends here, and says what to do.
+require_tools() {
+    local advice=$1 tool
+    shift
+    for tool in "$@"; do command -v "$tool" >/dev/null || fail "There is no $tool here: $advice"; done
+}
+
 # prepare PACKAGE...: there is a folder to build in, and these packages are installed; otherwise the script ends here.
 prepare() {
     case $PWD in

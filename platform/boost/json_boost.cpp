@@ -17,6 +17,7 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/large_text.h"
 #include "platform/text.h"
 
 namespace platform {
@@ -96,13 +97,7 @@ class Reader {
   private:
     [[nodiscard]] bool isMember() const { return depth_ == 1 && keeps_; }
 
-    // A string that grows by doubling would for a while take three times its size. Memory that is reserved but never
-    // written to is not used up.
-    void gather(json::string_view part) {
-        constexpr std::size_t small = std::size_t{1} << 20;
-        if (gathered_.size() + part.size() > small) gathered_.reserve(longestText_);
-        gathered_.append(part.data(), part.size());
-    }
+    void gather(json::string_view part) { appendPiece(gathered_, {part.data(), part.size()}, longestText_); }
 
     bool open(bool isObject, error_code& error) {
         if (depth_ == 0 && !isObject) return refuse(error);

@@ -7,6 +7,7 @@
 
 #include "platform/curl/http_failure.h"
 #include "platform/curl/network_interfaces.h"
+#include "platform/large_text.h"
 
 namespace platform {
 
@@ -42,12 +43,7 @@ std::string hostIn(const std::string& url) {
     return root ? root->host() : "";
 }
 
-// A string that grows by doubling would for a while need room for three times a large body. Memory that is reserved
-// but never written to is not used up.
-void makeRoomForBody(std::string& body, std::size_t more) {
-    constexpr std::size_t small = std::size_t{1} << 20;
-    if (body.size() + more > small && body.capacity() < largestBody) body.reserve(largestBody);
-}
+HttpError tooLargeError() { return errorFor(tooLarge, "a body of more than 256 MiB, or a header of more than one"); }
 
 }  // namespace
 
@@ -130,7 +126,7 @@ void Exchange::check(Clock::time_point polledAt) {
     const auto bytesMoved = info<curl_off_t>(CURLINFO_SIZE_UPLOAD_T) + info<curl_off_t>(CURLINFO_SIZE_DOWNLOAD_T) +
                             info<long>(CURLINFO_REQUEST_SIZE) + info<long>(CURLINFO_HEADER_SIZE);
     if (isTooLarge()) {
-        fail(errorFor(tooLarge, "a body of more than 256 MiB, or a header of more than one"));
+        fail(tooLargeError());
     } else if (bytesMoved != bytesMoved_) {
         bytesMoved_ = bytesMoved;
         lastActivity_ = Clock::now();
@@ -190,8 +186,7 @@ std::size_t Exchange::takeBody(char* bytes, std::size_t, std::size_t count, void
     std::string& body = self.answer_.body;
     self.decodesToTooMuch_ = body.size() + count > largestBody;
     if (self.decodesToTooMuch_) return 0;
-    makeRoomForBody(body, count);
-    body.append(bytes, count);
+    appendPiece(body, {bytes, count}, largestBody);
     return count;
 } catch (const std::exception&) {
     return 0;  // Out of memory: libcurl ends the exchange.
@@ -199,7 +194,7 @@ std::size_t Exchange::takeBody(char* bytes, std::size_t, std::size_t count, void
 
 void Exchange::end(CURLcode result) {
     if (isTooLarge()) {
-        fail(errorFor(tooLarge, "a body of more than 256 MiB, or a header of more than one"));
+        fail(tooLargeError());
     } else if (result != CURLE_OK) {
         fail(transportError(result));
     } else if (!headerIsComplete_) {
