@@ -5,9 +5,6 @@
 
 #include "platform/mac/core_foundation.h"
 
-// Since macOS 12 the port goes by another name, which older systems do not have.
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-
 namespace platform {
 
 namespace {
@@ -15,7 +12,7 @@ namespace {
 coreFoundation::Owned<CFTypeRef> platformUuidProperty() {
     // The look-up takes the dictionary over, so it is not ours to release; without one, it finds nothing by itself.
     const io_service_t platformExpert =
-        IOServiceGetMatchingService(kIOMasterPortDefault, IOServiceMatching("IOPlatformExpertDevice"));
+        IOServiceGetMatchingService(kIOMainPortDefault, IOServiceMatching("IOPlatformExpertDevice"));
     if (platformExpert == IO_OBJECT_NULL) return {};
     coreFoundation::Owned<CFTypeRef> property(
         IORegistryEntryCreateCFProperty(platformExpert, CFSTR("IOPlatformUUID"), kCFAllocatorDefault, 0));

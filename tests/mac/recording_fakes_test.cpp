@@ -10,7 +10,7 @@ namespace {
 using RecordingFakes = MacTest;
 
 io_service_t platformExpert() {
-    return IOServiceGetMatchingService(kIOMasterPortDefault, IOServiceMatching("IOPlatformExpertDevice"));
+    return IOServiceGetMatchingService(kIOMainPortDefault, IOServiceMatching("IOPlatformExpertDevice"));
 }
 
 TEST_F(RecordingFakes, FailOnAnObjectThatIsNeverReleased) {
@@ -31,7 +31,7 @@ TEST_F(RecordingFakes, FailOnAServiceThatIsNeverReleased) {
 
 TEST_F(RecordingFakes, FailOnAMatchingDictionaryThatIsReleasedAfterTheLookUpTookIt) {
     const CFDictionaryRef dictionary = IOServiceMatching("IOPlatformExpertDevice");
-    IOObjectRelease(IOServiceGetMatchingService(kIOMasterPortDefault, dictionary));
+    IOObjectRelease(IOServiceGetMatchingService(kIOMainPortDefault, dictionary));
 
     EXPECT_NONFATAL_FAILURE(CFRelease(dictionary), "after its release");
 }

@@ -6,7 +6,7 @@
 
 using namespace recordingFakes;
 
-const mach_port_t kIOMasterPortDefault = 0;
+const mach_port_t kIOMainPortDefault = 0;
 
 CFMutableDictionaryRef IOServiceMatching(const char* className) {
     record("IOServiceMatching", className);
@@ -15,7 +15,7 @@ CFMutableDictionaryRef IOServiceMatching(const char* className) {
 }
 
 io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef matching) {
-    EXPECT_EQ(mainPort, kIOMasterPortDefault);
+    EXPECT_EQ(mainPort, kIOMainPortDefault);
     record("IOServiceGetMatchingService", matching == nullptr ? "null" : "dictionary");
     if (matching != nullptr) {
         Object* known = livingObject(matching, dictionary, "IOServiceGetMatchingService");

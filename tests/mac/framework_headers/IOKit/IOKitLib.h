@@ -14,7 +14,7 @@ typedef UInt32 IOOptionBits;
 
 #define IO_OBJECT_NULL (io_object_t{0})
 
-extern const mach_port_t kIOMasterPortDefault;
+extern const mach_port_t kIOMainPortDefault;
 
 CFMutableDictionaryRef IOServiceMatching(const char* className);
 io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef matching);
