@@ -48,11 +48,11 @@ namespace httpSession {
 // Only http and https are requested. Redirects 301, 302 and 303 are followed as GET without body, 307 and 308 as POST
 // with the body, 16 in all at most; any other 3xx, or one that names no target, is an answer. Nothing is sent a second
 // time but to follow a redirect, or with the URL's own credentials when the server asks for them: a connection that
-// drops is an error. Certificates and host names are verified; proxies named by the environment are not used. Cookies
-// live as long as the process. Bodies in the content codings gzip and deflate arrive decoded; one that is cut short
-// arrives as far as it could be decoded. An unknown coding is an error, and so are a body of more than 256 MiB, as
-// received or as decoded, a header or trailer of more than one, a 17th interim answer, and a redirect from https to
-// http. Safe from any thread.
+// drops is an error. Certificates and host names are verified. The proxy is the one that the system's settings name for
+// the request's URL; those of the environment do not count. Cookies live as long as the process. Bodies in the content
+// codings gzip and deflate arrive decoded; one that is cut short arrives as far as it could be decoded. An unknown
+// coding is an error, and so are a body of more than 256 MiB, as received or as decoded, a header or trailer of more
+// than one, a 17th interim answer, and a redirect from https to http. Safe from any thread.
 void start(HttpRequest request, HttpCompletionHandler completionHandler);
 
 }  // namespace httpSession

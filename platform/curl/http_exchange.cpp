@@ -7,6 +7,7 @@
 
 #include "platform/curl/http_failure.h"
 #include "platform/curl/network_interfaces.h"
+#include "platform/curl/system_proxy.h"
 #include "platform/large_text.h"
 
 namespace platform {
@@ -102,7 +103,9 @@ CURLcode Exchange::setOptions(const Shared& shared) {
     set(CURLOPT_FRESH_CONNECT, 1L);
     set(CURLOPT_FORBID_REUSE, 1L);
     set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});
-    set(CURLOPT_PROXY, "");  // None, whatever the environment says.
+    // Those of the environment do not count: set options win over its variables.
+    set(CURLOPT_PROXY, systemProxyFor(request_.url).c_str());
+    set(CURLOPT_NOPROXY, "");
     set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
     // So that each address of a host gets its share of the time.
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(std::chrono::milliseconds(request_.timeoutInterval).count()));

@@ -3,18 +3,13 @@
 
 #include <CoreServices/CoreServices.h>
 
-#include <string>
-
 #include "platform/mac/core_foundation.h"
 
 namespace platform {
 
 bool openInBrowser(const Url& url) {
     if (url.scheme().empty()) return false;
-    const std::string& text = url.absoluteString();
-    const coreFoundation::Owned<CFURLRef> location(
-        CFURLCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(text.data()),
-                             static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, nullptr));
+    const coreFoundation::Owned<CFURLRef> location = coreFoundation::cfUrl(url.absoluteString());
     return location && LSOpenCFURLRef(location.get(), nullptr) == noErr;
 }
 

@@ -42,4 +42,10 @@ using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
                                                       static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, false));
 }
 
+// Null when `text` is no URL.
+[[nodiscard]] inline Owned<CFURLRef> cfUrl(const std::string& text) {
+    return Owned<CFURLRef>(CFURLCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(text.data()),
+                                                static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8, nullptr));
+}
+
 }  // namespace platform::coreFoundation

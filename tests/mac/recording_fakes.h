@@ -46,6 +46,11 @@ struct Mac {
     bool makesUrls = true;
     OSStatus statusOfOpening = noErr;
 
+    // The proxies that the settings name, each a dictionary.
+    bool hasProxySettings = true;
+    bool listsProxies = true;
+    std::vector<Values> proxies;
+
     // In order, each with its telling arguments: "IOServiceMatching(IOPlatformExpertDevice)".
     std::vector<std::string> calls;
 

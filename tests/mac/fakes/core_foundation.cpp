@@ -13,6 +13,18 @@ const CFAllocatorRef kCFAllocatorDefault = nullptr;
 const CFBooleanRef kCFBooleanTrue = referenceTo<CFBooleanRef>(newConstant(boolean, true, "kCFBooleanTrue"));
 const CFBooleanRef kCFBooleanFalse = referenceTo<CFBooleanRef>(newConstant(boolean, false, "kCFBooleanFalse"));
 
+namespace {
+
+// They go with their container.
+void loseEntries(const Object& container) {
+    for (const auto& [key, entry] : container.entries) {
+        entry->references = 0;
+        loseEntries(*entry);
+    }
+}
+
+}  // namespace
+
 CFTypeID CFGetTypeID(CFTypeRef object) {
     const Object* known = livingObject(object, "CFGetTypeID");
     record("CFGetTypeID", known == nullptr ? "" : nameOf(known->kind));
@@ -27,7 +39,7 @@ void CFRelease(CFTypeRef object) {
         ADD_FAILURE() << "CFRelease was given a constant, the " << known->name();
         return;
     }
-    --known->references;
+    if (--known->references == 0) loseEntries(*known);
 }
 
 CFStringRef fakeConstantString(const char* text) {

@@ -6,13 +6,6 @@ namespace recordingFakes {
 
 namespace {
 
-Kind kindOf(const Value& value) {
-    if (std::holds_alternative<std::u16string>(value)) return string;
-    if (std::holds_alternative<bool>(value)) return boolean;
-    if (std::holds_alternative<Array>(value)) return array;
-    return number;
-}
-
 std::vector<std::unique_ptr<Object>>& constants() {
     static std::vector<std::unique_ptr<Object>> instance;
     return instance;
@@ -28,6 +21,13 @@ Object* objectAt(CFTypeRef reference) {
 }
 
 }  // namespace
+
+Kind kindOf(const Value& value) {
+    if (std::holds_alternative<std::u16string>(value)) return string;
+    if (std::holds_alternative<bool>(value)) return boolean;
+    if (std::holds_alternative<Array>(value)) return array;
+    return number;
+}
 
 std::string nameOf(CFTypeID kind) {
     switch (kind) {

@@ -12,6 +12,7 @@ namespace recordingFakes {
 
 enum Kind : CFTypeID { string = 1, number, boolean, array, dictionary, locale, dateFormatter, url };
 
+[[nodiscard]] Kind kindOf(const Value& value);
 [[nodiscard]] std::string nameOf(CFTypeID kind);
 
 struct Object {
@@ -20,6 +21,7 @@ struct Object {
     std::string origin;
     bool isConstant = false;
     int references = 1;
+    std::map<std::u16string, Object*> entries{};  // Of a dictionary; of an array by u"0", u"1". Nobody else owns them.
 
     [[nodiscard]] std::string name() const { return nameOf(kind) + " of " + origin; }
 };

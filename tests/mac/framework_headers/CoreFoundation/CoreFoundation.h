@@ -27,6 +27,8 @@ typedef CFTypeRef CFPropertyListRef;
 typedef const struct StandInAllocator* CFAllocatorRef;
 typedef const struct StandInString* CFStringRef;
 typedef const struct StandInBoolean* CFBooleanRef;
+typedef const struct StandInNumber* CFNumberRef;
+typedef const struct StandInArray* CFArrayRef;
 typedef const struct StandInDictionary* CFDictionaryRef;
 typedef struct StandInDictionary* CFMutableDictionaryRef;
 typedef const struct StandInLocale* CFLocaleRef;
@@ -37,6 +39,7 @@ extern const CFAllocatorRef kCFAllocatorDefault;
 
 CFTypeID CFGetTypeID(CFTypeRef object);
 void CFRelease(CFTypeRef object);
+Boolean CFEqual(CFTypeRef one, CFTypeRef other);
 
 typedef UInt32 CFStringEncoding;
 enum : CFStringEncoding { kCFStringEncodingUTF8 = 0x08000100 };
@@ -54,6 +57,14 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
 
 extern const CFBooleanRef kCFBooleanTrue;
 extern const CFBooleanRef kCFBooleanFalse;
+
+typedef CFIndex CFNumberType;
+enum : CFNumberType { kCFNumberIntType = 9 };
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
+
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
 
 extern const CFStringRef kCFPreferencesCurrentApplication;
 

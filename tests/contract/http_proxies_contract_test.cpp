@@ -1,0 +1,50 @@
+// The proxy that the system names, as the test says.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/curl/system_proxy.h"
+#include "tests/contract/http_requests.h"
+#include "tests/support/scripted_server.h"
+
+namespace {
+
+using namespace httpContract;
+using namespace testSupport;
+
+std::string named;
+
+}  // namespace
+
+// In place of the system's.
+std::string platform::systemProxyFor(const Url& url) {
+    EXPECT_EQ(url.host(), "website.invalid");
+    return named;
+}
+
+namespace {
+
+TEST(HttpSession, SendsARequestThroughTheProxyThatTheSystemNames) {
+    setenv("no_proxy", "*", 1);
+    const ScriptedServer proxy(always({Send{answerBytes(200, "by proxy")}}));
+    named = proxy.url("");
+
+    expectAnswer(resultOf(post("http://website.invalid/path?q")), 200, "by proxy");
+
+    ASSERT_EQ(proxy.requests().size(), 1U);
+    EXPECT_EQ(proxy.requests().front().target(), "http://website.invalid/path?q");
+    EXPECT_EQ(proxy.requests().front().body(), "{\"a\":1}");
+}
+
+TEST(HttpSession, AsksTheProxyForAConnectionToAWebsiteUnderTlsAndReportsARefusal) {
+    const ScriptedServer proxy(always({Send{answerBytes(407, "who?", {"Proxy-Authenticate: Basic realm=\"r\""})}}));
+    named = proxy.url("");
+
+    expectConnectionLost(resultOf(post("https://website.invalid/")));
+
+    ASSERT_EQ(proxy.requests().size(), 1U);
+    EXPECT_EQ(proxy.requests().front().method(), "CONNECT");
+    EXPECT_EQ(proxy.requests().front().target(), "website.invalid:443");
+}
+
+}  // namespace
