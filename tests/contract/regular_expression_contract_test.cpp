@@ -17,12 +17,12 @@ TEST(RegularExpression, TheDotStopsAtEveryLineBreak) {
 TEST(RegularExpression, TheSpaceClassTakesWhiteSpaceAndLineBreaks) {
     const RegularExpression space("a\\sb");
     EXPECT_EQ(charactersThat([&](const std::string& c) { return space.firstMatchIn("a" + c + "b").has_value(); }),
-              both());
+              whitespaceAndNewlines());
 }
 
 const RegularExpression chip("Chip:\\s*(.+)");
 
-TEST(RegularExpression, TheFirstMatchIsGivenWhole) {
+TEST(RegularExpression, TheFirstMatchIsReturnedWhole) {
     EXPECT_EQ(chip.firstMatchIn("x\n Chip: Apple M1\r\nChip: other"), "Chip: Apple M1");
     EXPECT_EQ(chip.firstMatchIn("Chip:\n\n  Apple"), "Chip:\n\n  Apple");
     EXPECT_EQ(chip.firstMatchIn("Chip: \n"), "Chip: ");

@@ -10,19 +10,20 @@ using namespace contractTest;
 using namespace platform;
 using Pieces = std::vector<std::string_view>;
 
-TEST(Text, WhiteSpaceIsTabAndTheUnicodeSpacesAndNothingElse) {
+TEST(Text, WhiteSpaceIsTabAndTheUnicodeSpaces) {
     EXPECT_EQ(charactersThat([](const std::string& c) { return trimmedOfWhitespace(c).empty(); }), whitespace);
 }
 
-TEST(Text, WithNewlinesTheLineBreaksJoinThem) {
-    EXPECT_EQ(charactersThat([](const std::string& c) { return trimmedOfWhitespaceAndNewlines(c).empty(); }), both());
+TEST(Text, WhiteSpaceAndNewlinesIncludeTheLineBreaks) {
+    EXPECT_EQ(charactersThat([](const std::string& c) { return trimmedOfWhitespaceAndNewlines(c).empty(); }),
+              whitespaceAndNewlines());
 }
 
-TEST(Text, ColumnsAreCutAtWhiteSpaceOnly) {
+TEST(Text, ColumnsAreSplitAtWhiteSpaceOnly) {
     EXPECT_EQ(charactersThat([](const std::string& c) { return columnsOf("a" + c + "b").size() == 2; }), whitespace);
 }
 
-TEST(Text, TrimsBothEndsAndNothingInside) {
+TEST(Text, TrimsBothEndsOnly) {
     EXPECT_EQ(trimmedOfWhitespace("\u00A0 \ta\u00A0b\u3000 "), "a\u00A0b");
     EXPECT_EQ(trimmedOfWhitespace(" \na\n "), "\na\n");
     EXPECT_EQ(trimmedOfWhitespaceAndNewlines("\r\n a b\u2028"), "a b");
@@ -32,7 +33,7 @@ TEST(Text, TrimsBothEndsAndNothingInside) {
     EXPECT_EQ(trimmedOfSlashes("////"), "");
 }
 
-TEST(Text, BytesThatAreNoTextPassThroughTrimming) {
+TEST(Text, TrimmingKeepsInvalidUtf8) {
     EXPECT_EQ(trimmedOfWhitespace("\xFF \x80"), "\xFF \x80");
     EXPECT_EQ(trimmedOfWhitespace("a\xE3\x80"), "a\xE3\x80");
 }

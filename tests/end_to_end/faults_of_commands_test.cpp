@@ -1,4 +1,4 @@
-// What is shown when the commands that tell of the hardware do not behave.
+// Faults of the hardware commands.
 #include <sys/resource.h>
 
 #include <filesystem>
@@ -9,19 +9,7 @@
 namespace end_to_end {
 namespace {
 
-class CommandFault : public Surroundings {
-  protected:
-    std::vector<std::string> valuesIn(const AccessibleProgram& window) {
-        std::vector<std::string> values;
-        const std::vector<Element> labels = window.labels();
-        for (std::size_t at = 0; at + 1 < labels.size(); ++at) {
-            for (const char* label : {"OS:", "Processor:", "Graphics Card:", "RAM:", "Storage:"}) {
-                if (labels[at].name() == label) values.push_back(labels[at + 1].name());
-            }
-        }
-        return values;
-    }
-};
+using CommandFault = Surroundings;
 
 TEST_F(CommandFault, AnOutputLargerThanThePipeBlocksOnlyTheDetection) {
     ScriptedServer server(website({}), websitePort());
@@ -38,7 +26,7 @@ TEST_F(CommandFault, AnOutputLargerThanThePipeBlocksOnlyTheDetection) {
     EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
 }
 
-// What is open stays so.
+// Open descriptors stay open.
 void takeFreeDescriptorsFrom(const Program& program) {
     const std::string open = "/proc/" + std::to_string(program.pid()) + "/fd/";
     rlim_t firstFree = 0;
@@ -65,10 +53,10 @@ TEST_F(CommandFault, WithoutAFreeProcessSlotTheFallbacksAreShownAndNoPageOpens) 
     EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
 }
 
-// The toolkit needs some for what it does for the first time, hence the detection before.
+// Detects once before, since the toolkit opens descriptors when it does something for the first time.
 TEST_F(CommandFault, WithoutAFreeDescriptorTheFallbacksAreShownAndNothingIsSent) {
 #ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "the sanitizers look at memory through pipes, and take it for broken when they get none";
+    GTEST_SKIP() << "the sanitizers need descriptors to check memory";
 #endif
     const ScriptedServer server(website({}), websitePort());
     Program program(setting());

@@ -16,8 +16,8 @@ namespace end_to_end {
 
 namespace {
 
-// Only one process at a time can have a name of such a socket, and it has it until it ends. Like ports, the names are
-// shared by all who share a network.
+// An abstract socket's name belongs to one process until that process ends. Like ports, the names are per network
+// namespace.
 struct PortLock {
     explicit PortLock(int port) : socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
         const std::string name = "hardware-detector-test-port-" + std::to_string(port);
@@ -29,8 +29,8 @@ struct PortLock {
         return bind(socket.number(), generic(), size) == 0 && listen(socket.number(), 64) == 0;
     }
 
-    // Whoever has it accepts no connection, so that this one ends with the process. False when nobody has it.
-    [[nodiscard]] bool waitForItsEnd() const {
+    // The holder accepts no connection, so this one ends when the holder does. False if there is no holder.
+    [[nodiscard]] bool waitForHolderToEnd() const {
         if (connect(socket.number(), generic(), size) != 0) return false;
         char byte = 0;
         [[maybe_unused]] const ssize_t end = read(socket.number(), &byte, 1);
@@ -44,7 +44,7 @@ struct PortLock {
     socklen_t size = 0;
 };
 
-// Some other program may have the port.
+// Another program may use the port.
 bool isFree(int port) {
     const Descriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const int reuse = 1;
@@ -65,9 +65,9 @@ int takeAnyPort() {
         }
         taken.reset();
         const int port = FIRST_WEBSITE_PORT + getpid() % WEBSITE_PORTS;
-        if (PortLock(port).waitForItsEnd()) continue;
-        if (isFree(port)) continue;  // Its test has ended meanwhile.
-        std::fprintf(stderr, "Some other program has port %d and the ports beside it.\n", port);
+        if (PortLock(port).waitForHolderToEnd()) continue;
+        if (isFree(port)) continue;  // The holder ended in between.
+        std::fprintf(stderr, "Other programs use port %d and its neighbours.\n", port);
         std::exit(1);
     }
 }
@@ -133,6 +133,16 @@ bool press(const AccessibleProgram& window, const std::string& name) {
 
 bool shows(const AccessibleProgram& window, const std::string& text) {
     return waitFor([&] { return window.label(text).has_value(); });
+}
+
+std::vector<std::string> valuesIn(const AccessibleProgram& window) {
+    std::vector<std::string> values;
+    const std::vector<Element> labels = window.labels();
+    static const std::vector<std::string> names = {"OS:", "Processor:", "Graphics Card:", "RAM:", "Storage:"};
+    for (std::size_t at = 0; at + 1 < labels.size() && values.size() < names.size(); ++at) {
+        if (labels[at].name() == names[values.size()]) values.push_back(labels[++at].name());
+    }
+    return values;
 }
 
 std::size_t peakMemoryOf(const Program& program) {

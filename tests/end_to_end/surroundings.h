@@ -1,4 +1,4 @@
-// What every end-to-end test puts around the program: a desktop, a machine, an opener, a home and a website.
+// The surroundings of the program in every end-to-end test: desktop, machine, opener, home and website.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -30,27 +30,28 @@ inline constexpr const char* sysctl = "/usr/sbin/sysctl";
 inline constexpr const char* systemProfiler = "/usr/sbin/system_profiler";
 inline constexpr const char* df = "/bin/df";
 
-// What the website says when all went well.
+// The website's answer to an accepted submission.
 inline constexpr const char* stored = R"({"success": true, "hardware_id": 42, "redirect_url": "/results"})";
 
-// The one desktop of this test program, made at the first call.
+// This process's only desktop session, started at the first call.
 [[nodiscard]] DesktopSession& session();
 
-// The program's built-in address, without a slash at its end, and its port: this test process's alone until it ends.
+// The port that this test process holds until it ends, and the program's built-in address on it, without trailing
+// slash.
 [[nodiscard]] int websitePort();
 [[nodiscard]] std::string base();
 
-// Answers the reports by themselves and a submission by `submissionAnswer`.
+// Accepts both reports, and answers a submission with `submissionAnswer`.
 [[nodiscard]] Responder website(Script submissionAnswer);
 
-// The machine is a Mac with an M1, the opener works, the home is empty.
+// A Mac with an M1, an opener that works, and an empty home.
 class Surroundings : public testing::Test {
   protected:
     void SetUp() override;
 
     [[nodiscard]] Program::Setting setting();
 
-    // The text of the program's settings file, empty when there is none.
+    // The text of the program's settings file; empty if there is none.
     [[nodiscard]] std::string settingsFile() const;
 
     ScratchFolder home_;
@@ -58,14 +59,17 @@ class Surroundings : public testing::Test {
     ScriptedOpener opener_;
 };
 
-// Both wait; false when it does not come to that.
+// Both wait for the element; false after the limit.
 [[nodiscard]] bool press(const AccessibleProgram& window, const std::string& name);
 [[nodiscard]] bool shows(const AccessibleProgram& window, const std::string& text);
 
-// The most memory that the program has had so far, in bytes.
+// The values of the five rows, in order.
+[[nodiscard]] std::vector<std::string> valuesIn(const AccessibleProgram& window);
+
+// The program's peak memory so far, in bytes.
 [[nodiscard]] std::size_t peakMemoryOf(const Program& program);
 
-// What a settings file says for `key`, or "(absent)".
+// The value of `key` in a settings file, or "(absent)".
 [[nodiscard]] std::string valueIn(const std::string& settings, const std::string& key);
 
 }  // namespace end_to_end

@@ -1,4 +1,4 @@
-// The real program in many random cases, against the oracle.
+// Compares the real program with the oracle in random cases.
 #include <algorithm>
 #include <chrono>
 #include <fstream>
@@ -14,15 +14,13 @@
 namespace end_to_end {
 namespace {
 
-constexpr int roundsOfEach = 100;
-
 std::string printed(const std::vector<std::string>& lines) {
     std::string text;
     for (const std::string& line : lines) text += "    " + line + "\n";
     return text;
 }
 
-// One program after another, each for as many rounds as it lives.
+// Uses one program until it ends after a success, then starts the next.
 class RandomCases : public Surroundings, public testing::WithParamInterface<int> {
   protected:
     void SetUp() override {
@@ -41,7 +39,7 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
         std::ofstream(home_.path() / name, std::ios::binary) << bytes;
     }
 
-    // What the program did otherwise than expected; empty when all was right.
+    // The differences between the program and the oracle; empty if there are none.
     std::string differencesIn(const Case& round) {
         const ExpectedBehaviour expected = expectedBehaviour(round, base());
         {
@@ -74,21 +72,19 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
         const std::size_t callsBefore = opener_.calls().size();
         if (!press(window, "Send to Website")) {
             differences += "  does not send\n";
-        } else if (expected.ends) {  // Two seconds after the banner: too soon to look at it on a busy machine.
+        } else if (expected.ends) {  // Two seconds later; on a busy machine too soon to check the banner.
             if (program_->waitForExit() != ExitStatus{ExitStatus::Kind::status, 0})
                 differences += "  does not end with status 0\n";
-        } else if (!shows(window, expected.banner)) {
-            differences += "  no banner \"" + expected.banner + "\"\n";
         } else {
-            program_->waitForLine("❌ Failed to send hardware data. Check the console output above for details.");
-            // An older line of that text may be there from an earlier round.
+            // The log first, since reading it costs the program no time.
             waitFor([&] { return program_->log().size() >= logBefore + expected.log.size(); });
+            if (!shows(window, expected.banner)) differences += "  no banner \"" + expected.banner + "\"\n";
         }
 
         std::vector<std::string> log = program_->log();
         log.erase(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(logBefore));
         std::vector<std::string> expectedLog = expected.log;
-        if (expected.ends) {  // The page is opened while the sender is told; which of the two logs first is left open.
+        if (expected.ends) {  // Two threads log, in any order.
             std::sort(log.begin(), log.end());
             std::sort(expectedLog.begin(), expectedLog.end());
         }
@@ -105,7 +101,6 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
         }
 
         std::vector<std::string> pages;
-        // The program does not wait for long until the desktop has understood.
         waitFor([&] { return opener_.calls().size() >= callsBefore + expected.pages.size(); });
         const auto calls = opener_.calls();
         for (std::size_t call = callsBefore; call < calls.size(); ++call) pages.push_back(calls[call].at(0));
@@ -116,7 +111,7 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
         return differences;
     }
 
-    // The least of the case that still goes wrong, as far as some tries get.
+    // A simpler case that still fails, by at most 150 tries.
     Case shrunk(Case round) {
         int triesLeft = 150;
         for (bool smaller = true; smaller;) {
@@ -133,16 +128,6 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
     }
 
   private:
-    static std::vector<std::string> valuesIn(const AccessibleProgram& window) {
-        std::vector<std::string> values;
-        const std::vector<Element> labels = window.labels();
-        static const std::vector<std::string> names = {"OS:", "Processor:", "Graphics Card:", "RAM:", "Storage:"};
-        for (std::size_t at = 0; at + 1 < labels.size() && values.size() < names.size(); ++at) {
-            if (labels[at].name() == names[values.size()]) values.push_back(labels[++at].name());
-        }
-        return values;
-    }
-
     std::mutex mutex_;
     std::string answer_;
     ScriptedServer server_{[this](const RecordedRequest& request) -> Script {
@@ -156,24 +141,25 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
 };
 
 TEST_P(RandomCases, MatchTheOracle) {
-    // The same cases in each run, so that a failure does not depend on the hour; --gtest_random_seed draws others.
+    // The same cases in each run; --gtest_random_seed draws others, and more.
     constexpr int usualSeed = 1;
     const int given = testing::GTEST_FLAG(random_seed);
     const int seed = given != 0 ? given : usualSeed;
+    const int rounds = given != 0 ? 100 : 25;
     std::cout << "seed " << seed << std::endl;
     CaseGenerator generator(static_cast<std::uint64_t>(seed) * 100 + static_cast<std::uint64_t>(GetParam()));
-    for (int round = 0; round < roundsOfEach; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         const Case drawn = generator.next();
         const std::string differences = differencesIn(drawn);
         if (differences.empty()) continue;
-        // At once: to find the least case takes its time, and may find none, when it does not go wrong each time.
+        // Reported before shrinking, which takes long and may fail.
         ADD_FAILURE() << "seed " << seed << ", round " << round << "\n" << literalOf(drawn) << "\n" << differences;
-        const Case least = shrunk(drawn);
-        FAIL() << "At its least:\n" << literalOf(least) << "\n" << differencesIn(least);
+        const Case simplest = shrunk(drawn);
+        FAIL() << "Simplified:\n" << literalOf(simplest) << "\n" << differencesIn(simplest);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(FiveTimesAHundred, RandomCases, testing::Range(0, 5));
+INSTANTIATE_TEST_SUITE_P(Parts, RandomCases, testing::Range(0, 4));
 
 }  // namespace
 }  // namespace end_to_end
