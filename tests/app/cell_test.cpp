@@ -7,9 +7,9 @@
 
 namespace {
 
-// The address is read on a background thread while the main thread may be setting it.
+// The address is read on a background thread while the main thread may set it.
 TEST(Cell, GivesAWholeValueWhileAnotherThreadSetsIt) {
-    // Both are too long to be kept inside the string itself.
+    // Too long for the small string optimisation.
     const std::string one(1000, 'a');
     const std::string other(2000, 'b');
     const platform::Cell<std::string> cell({}, one);

@@ -26,7 +26,7 @@ class ContentViewBody : public testing::Test {
     ContentView view_;
 };
 
-TEST_F(ContentViewBody, AtLaunchShowsHeaderAddressAndDetectButtonAlone) {
+TEST_F(ContentViewBody, ShowsOnlyHeaderAddressAndDetectButtonAtLaunch) {
     EXPECT_EQ(outline(), R"(vstack center 20 | padding all 16 | on appear
   vstack center 8 | padding top 20
     text "🔍 Hardware Detector" title2 bold
@@ -91,7 +91,7 @@ TEST_F(ContentViewBody, FrequencyAndDirectxAreNotShown) {
     EXPECT_FALSE(shows("Not Applicable"));
 }
 
-TEST_F(ContentViewBody, TheBannerLooksAsItsKindSays) {
+TEST_F(ContentViewBody, TheBannerHasTheSymbolAndColourOfItsType) {
     struct Row {
         StatusType type;
         const char* symbol;
@@ -154,7 +154,7 @@ TEST_F(ContentViewBody, TypingInTheFieldChangesTheAddress) {
     EXPECT_EQ(view_.websiteUrl.get(), " typed ");
 }
 
-TEST_F(ContentViewBody, TheAppearHookReportsWithTheAddressUnchanged) {
+TEST_F(ContentViewBody, OnAppearReportsToTheUnchangedAddress) {
     view_.websiteUrl.set(" http://odd ");
     const platform::View body = view_.body();
     const auto& hook = std::get<platform::OnAppear>(body.modifiers().back());
@@ -170,7 +170,7 @@ TEST(HardwareDetectorAppWindow, Is600By500) {
     EXPECT_NE(outlineOf(scene.content().body()).find(websiteBaseUrl()), std::string::npos);
 }
 
-TEST(HardwareDetectorAppWindow, EachOneThatOpensHasAFreshMainView) {
+TEST(HardwareDetectorAppWindow, EachNewWindowHasAFreshMainView) {
     fakes::reset();
     const platform::WindowDescription scene = HardwareDetectorApp().body();
     const platform::WindowDescription::Content first = scene.content();

@@ -18,7 +18,7 @@ class ContentViewFlows : public testing::Test {
   protected:
     void SetUp() override { fakes::reset(); }
 
-    // From the press to the outcome on the main queue.
+    // Runs an action to its end.
     static void finish() {
         fakes::runBackground();
         fakes::runMainQueue();
@@ -115,7 +115,7 @@ TEST_F(ContentViewFlows, SendingShowsTheInfoBannerEvenAfterASuccess) {
     fakes::reset();
 }
 
-TEST_F(ContentViewFlows, ASuccessOpensThePageThenSaysSoAndQuitsTwoSecondsLater) {
+TEST_F(ContentViewFlows, ASuccessOpensThePageShowsTheBannerAndQuitsTwoSecondsLater) {
     machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
     view_.detectedHardware.set(record("M1"));
     view_.sendToWebsite();
@@ -182,7 +182,7 @@ TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgain) {
     EXPECT_EQ(view_.statusType.get(), StatusType::error);
 }
 
-TEST_F(ContentViewFlows, TheQuitComesAlthoughASecondSubmissionRuns) {
+TEST_F(ContentViewFlows, TheProgramQuitsWhileASecondSubmissionRuns) {
     machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
     view_.detectedHardware.set(record("M1"));
     view_.sendToWebsite();
@@ -208,7 +208,7 @@ TEST_F(ContentViewFlows, ASecondSuccessSchedulesAQuitOfItsOwn) {
     EXPECT_EQ(machine().terminations, 1);
 }
 
-TEST_F(ContentViewFlows, TheBannerIsOfTheDetectionOrSubmissionThatEndsLast) {
+TEST_F(ContentViewFlows, TheBannerShowsTheActionThatEndedLast) {
     view_.detectedHardware.set(record("old"));
     view_.detectHardware();
     view_.sendToWebsite();

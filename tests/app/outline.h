@@ -1,4 +1,4 @@
-// A view as indented text: one element a line, with its modifiers in the order in which they apply.
+// Prints a view as indented text: one element per line, with its modifiers in order.
 #pragma once
 
 #include <string>
@@ -7,5 +7,5 @@
 
 [[nodiscard]] std::string outlineOf(const platform::View& view, int depth = 0);
 
-// The first field anywhere in the view; null when there is none.
+// The first field in the view; null if there is none.
 [[nodiscard]] const platform::TextField* fieldIn(const platform::View& view);

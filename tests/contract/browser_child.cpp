@@ -1,9 +1,9 @@
-// Opens the URL it is given and prints whether the desktop took it.
+// Opens the URL given and prints whether that succeeded.
 #include "platform/browser.h"
 
 #include <cstdio>
 
 int main(int, char** argv) {
-    const bool taken = platform::openInBrowser(platform::Url::parse(argv[1]).value());
-    std::puts(taken ? "taken" : "refused");
+    const bool opened = platform::openInBrowser(platform::Url::parse(argv[1]).value());
+    std::puts(opened ? "opened" : "failed");
 }

@@ -22,7 +22,7 @@ using platform::Url;
 using testSupport::quoted;
 using testSupport::shell;
 
-// The opener found first is a script of the test's own, which runs in the test's folder.
+// The first opener in PATH is a script of the test, which runs in the test's folder.
 class OpenInBrowser : public testing::Test {
   protected:
     void SetUp() override { setenv("PATH", (folder_.path().string() + ":/usr/bin:/bin").c_str(), 1); }
@@ -69,7 +69,7 @@ TEST_F(OpenInBrowser, AnOpenerThatIsMissingOrNotExecutableIsAFailure) {
     EXPECT_FALSE(opens());
 }
 
-TEST_F(OpenInBrowser, AnOpenerThatBecomesTheBrowserIsASuccess) {
+TEST_F(OpenInBrowser, AnOpenerThatKeepsRunningIsASuccess) {
     opener("echo started >noted; exec sleep 5");
     EXPECT_TRUE(opens());
     EXPECT_EQ(textOf("noted"), "started\n");
@@ -83,7 +83,7 @@ TEST_F(OpenInBrowser, AnAddressWithoutASchemeStartsNothing) {
     EXPECT_FALSE(std::filesystem::exists(file("noted")));
 }
 
-TEST_F(OpenInBrowser, TheOpenerHasNeitherOurStreamsNorOurDescriptorsNorOurTerminal) {
+TEST_F(OpenInBrowser, TheOpenerInheritsNoStreamDescriptorOrTerminal) {
     constexpr int leaked = 77;
     ASSERT_EQ(dup2(STDERR_FILENO, leaked), leaked);
     opener(R"sh(found=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2; ls /proc/$$/fd | grep -c 77)
@@ -94,7 +94,7 @@ TEST_F(OpenInBrowser, TheOpenerHasNeitherOurStreamsNorOurDescriptorsNorOurTermin
     EXPECT_EQ(textOf("noted"), "/dev/null\n/dev/null\n/dev/null\n0\nown session\n");
 }
 
-// A process that waits for a line from the gate.
+// Lets the opener wait for a line from a named pipe, the gate.
 class OpenersProcess : public OpenInBrowser {
   protected:
     void SetUp() override {
@@ -103,7 +103,7 @@ class OpenersProcess : public OpenInBrowser {
         ASSERT_EQ(mkfifo(file("answer").c_str(), 0600), 0);
     }
 
-    // False when nobody waits.
+    // False if no process waits.
     [[nodiscard]] bool openGate() const {
         return shell("timeout 30 sh -c " + quoted("echo >" + quoted(file("gate")))).status == 0;
     }
@@ -111,9 +111,9 @@ class OpenersProcess : public OpenInBrowser {
 
 TEST_F(OpenersProcess, OutlivesTheCallerAndItsProcessGroup) {
     opener("read line <gate; echo still here >answer");
-    // Ends with its whole process group, as all that a terminal has started ends with the terminal.
+    // Kills its whole process group, as a closing terminal does.
     const auto caller = shell("setsid --wait sh -c " + quoted(CHILD_PATH " http://e.example/; kill -KILL 0"));
-    EXPECT_EQ(caller.output, "taken\n");
+    EXPECT_EQ(caller.output, "opened\n");
     EXPECT_TRUE(openGate());
     EXPECT_EQ(shell("timeout 30 cat " + quoted(file("answer"))).output, "still here\n");
 }
@@ -136,19 +136,19 @@ TEST_F(OpenersProcess, StartsWithDefaultSignals) {
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGTERM);
     ASSERT_EQ(pthread_sigmask(SIG_BLOCK, &blocked, nullptr), 0);
-    // In the shell's own place: while a shell waits for a child, it blocks signals itself.
+    // By exec, since a shell that waits for a child blocks signals itself.
     opener("exec grep -E '^Sig(Blk|Ign):' /proc/self/status >signals");
     EXPECT_TRUE(opens());
     pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
     std::signal(SIGPIPE, SIG_DFL);
 
-    // Two signals belong to the C library, which looks after them itself.
+    // The C library uses two signals itself.
     constexpr unsigned long long ofTheLibrary = 1ULL << 31 | 1ULL << 32;
-    unsigned long long blockedThere = ~0ULL;
-    unsigned long long ignoredThere = ~0ULL;
-    ASSERT_EQ(std::sscanf(textOf("signals").c_str(), "SigBlk: %llx SigIgn: %llx", &blockedThere, &ignoredThere), 2);
-    EXPECT_EQ(blockedThere, 0U);
-    EXPECT_EQ(ignoredThere & ~ofTheLibrary, 0U);
+    unsigned long long blockedInChild = ~0ULL;
+    unsigned long long ignoredInChild = ~0ULL;
+    ASSERT_EQ(std::sscanf(textOf("signals").c_str(), "SigBlk: %llx SigIgn: %llx", &blockedInChild, &ignoredInChild), 2);
+    EXPECT_EQ(blockedInChild, 0U);
+    EXPECT_EQ(ignoredInChild & ~ofTheLibrary, 0U);
 }
 
 TEST_F(OpenersProcess, HasTheUsersEnvironment) {
@@ -158,7 +158,7 @@ TEST_F(OpenersProcess, HasTheUsersEnvironment) {
     EXPECT_EQ(textOf("display"), ":77\n");
 }
 
-TEST_F(OpenersProcess, IsSearchedForAlongThePath) {
+TEST_F(OpenersProcess, IsFoundByPath) {
     const testSupport::TemporaryFolder first;
     std::ofstream(first.path() / "xdg-open") << "not executable";
     setenv("PATH", ("/nonexistent:" + first.path().string() + ":" + std::getenv("PATH")).c_str(), 1);

@@ -1,4 +1,4 @@
-// Prints the current date by the pattern it is given.
+// Prints the current date in the pattern given.
 #include "platform/date.h"
 
 #include <cstdio>

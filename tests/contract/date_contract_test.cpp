@@ -32,8 +32,8 @@ std::string shown(const std::string& settings, const std::string& pattern) {
     return text;
 }
 
-// What a process of these settings shows, and the hour of it by the C library's clock. Asked until no full hour lies
-// between the two.
+// The date as a process with these settings prints it, and the same moment by the C library. Repeated if the hour
+// changes in between.
 struct Shown {
     std::string text;
     std::tm now{};
@@ -88,8 +88,8 @@ TEST(DateOfALocale, IsThePersianYearInPersianDigitsInIran) {
         << year.text;
 }
 
-TEST(DateOfALocale, IsTheOneOfTheFirstVariableThatIsNotEmpty) {
-    // Thailand counts its years from 543 years earlier than England.
+TEST(DateOfALocale, UsesTheFirstLocaleVariableThatIsNotEmpty) {
+    // The year in Thailand is 543 ahead of the year in England.
     constexpr const char* thai = "th_TH.UTF-8";
     constexpr const char* english = "en_GB.UTF-8";
     struct Settings {
@@ -114,7 +114,7 @@ TEST(DateOfALocale, IsTheOneOfTheFirstVariableThatIsNotEmpty) {
     }
 }
 
-TEST(DateOfALocale, MayNameTheCalendarItself) {
+TEST(DateOfALocale, UsesTheCalendarThatTheLocaleNames) {
     EXPECT_GT(std::stoi(shown("LC_ALL=en_US.UTF-8@calendar=buddhist", "yyyy")), 2500);
     EXPECT_LT(std::stoi(shown("LC_ALL=th_TH.UTF-8@calendar=gregorian", "yyyy")), 2500);
 }
@@ -133,21 +133,21 @@ class DateOfAZone : public testing::Test {
     }
 };
 
-TEST_F(DateOfAZone, IsTheLocalOneOnBothSidesOfMidnight) {
-    // Wherever the sun stands, midnight lies between two of these.
+TEST_F(DateOfAZone, IsTheLocalDayOnBothSidesOfMidnight) {
+    // At any time it is before midnight in some of these zones and after it in others.
     for (int hoursWest = -14; hoursWest <= 12; ++hoursWest) {
         expectTheLocalHourIn((hoursWest < 0 ? "Etc/GMT" : "Etc/GMT+") + std::to_string(hoursWest));
     }
 }
 
-TEST_F(DateOfAZone, KnowsPartsOfAnHourAndSummerTime) {
+TEST_F(DateOfAZone, SupportsFractionalOffsetsAndSummerTime) {
     for (const char* zone : {"Asia/Kolkata", "Asia/Kathmandu", "Pacific/Chatham", "Australia/Lord_Howe",
                              "America/St_Johns", "Europe/Berlin", "America/New_York", "America/Santiago"}) {
         expectTheLocalHourIn(zone);
     }
 }
 
-TEST_F(DateOfAZone, MayBeAFileOrItsRulesOrNone) {
+TEST_F(DateOfAZone, AcceptsAFileOrRulesOrNone) {
     for (const char* zone : {":Pacific/Kiritimati", "/usr/share/zoneinfo/Pacific/Kiritimati", "UTC", "GMT", "",
                              "IST-5:30", "<+1345>-13:45", "CET-1CEST,M3.5.0,M10.5.0/3"}) {
         expectTheLocalHourIn(zone);

@@ -1,4 +1,4 @@
-// An application that ends while its queues are full: work that blocks for ever, and work that is not due for an hour.
+// An application that ends with pending work: some blocks forever, some is due in an hour.
 #include "platform/dispatch.h"
 
 #include <QCoreApplication>
@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
         std::promise<void>().get_future().wait();
     });
     const int status = QCoreApplication::exec();
-    // Nobody takes it out of the queue any more.
+    // Posted after the end, so it must not run.
     mainQueue::async([] { std::puts("after the end"); });
     std::puts("ended");
     return status;

@@ -18,11 +18,11 @@ using namespace std::chrono_literals;
 namespace mainQueue = platform::mainQueue;
 namespace userInitiatedQueue = platform::userInitiatedQueue;
 
-// Runs the main queue until a piece of work ends it.
+// Runs the main queue until work calls endMainQueue().
 void runMainQueue() { EXPECT_EQ(QCoreApplication::exec(), 0); }
 void endMainQueue() { QCoreApplication::exit(0); }
 
-TEST(MainQueue, DelayedWorkRunsWhenItIsDueAndHoldsNothingBack) {
+TEST(MainQueue, DelayedWorkRunsWhenItIsDueAndDelaysNoOther) {
     std::vector<std::chrono::milliseconds> order;
     for (const auto delay : {400ms, 100ms, 300ms, 200ms}) {
         const auto posted = std::chrono::steady_clock::now();
@@ -37,7 +37,7 @@ TEST(MainQueue, DelayedWorkRunsWhenItIsDueAndHoldsNothingBack) {
     EXPECT_EQ(order, (std::vector<std::chrono::milliseconds>{0ms, 100ms, 200ms, 300ms, 400ms}));
 }
 
-// The main thread is busy past the first deadline; by then a timer that only started now would be the later one.
+// The main thread is busy until the first work is due. If the delay counted from then, the second work would run first.
 TEST(MainQueue, ADelayCountsFromTheCallWhileTheMainThreadIsBusy) {
     std::vector<std::string> order;
     mainQueue::async([&order] {
@@ -64,7 +64,7 @@ TEST(MainQueue, DelayedWorkMayBePostedFromAnyThread) {
     runMainQueue();
 }
 
-TEST(UserInitiatedQueue, WorkThatBlocksHoldsNoOtherBack) {
+TEST(UserInitiatedQueue, BlockedWorkDelaysNoOther) {
     std::promise<void> release;
     const std::shared_future<void> released = release.get_future().share();
     std::atomic<int> over = 0;
@@ -83,7 +83,7 @@ TEST(UserInitiatedQueue, WorkThatBlocksHoldsNoOtherBack) {
     while (over < 64) std::this_thread::yield();
 }
 
-TEST(DispatchEnd, WaitsForNoWorkAndRunsNoneThatIsLeft) {
+TEST(DispatchEnd, WaitsForNoWorkAndRunsNoPendingWork) {
     const testSupport::ShellResult result = testSupport::shell("timeout 30 " CHILD_PATH);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output, "ended\n");

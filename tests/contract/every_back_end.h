@@ -1,4 +1,4 @@
-// What every_back_end_test.cpp asks of the back ends that it is linked with: the program's own, or the fakes.
+// What every_back_end_test.cpp needs from the program's back ends or the fakes.
 #pragma once
 
 #include <functional>
@@ -10,10 +10,10 @@ namespace everyBackEnd {
 // Runs both queues until `done`.
 void runQueuesUntil(const std::function<bool()>& done);
 
-// From now on "/bin/echo a 'b c'" prints "a b c".
+// Makes "/bin/echo a 'b c'" print "a b c".
 void makeEcho();
 
-// From now on the desktop opens pages, or none.
+// Makes opening a page succeed or fail.
 void openPages(bool opens);
 
 // The lines that `action` logs.

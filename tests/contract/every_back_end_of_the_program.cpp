@@ -1,4 +1,4 @@
-// The program's own back ends, in a home and a search path of the test's own.
+// The program's back ends, with a home and a PATH of the test.
 #include "tests/contract/every_back_end.h"
 
 #include <fcntl.h>
@@ -37,7 +37,7 @@ void everyBackEnd::openPages(bool opens) {
 std::vector<std::string> everyBackEnd::linesOf(const std::function<void()>& action) {
     const std::string file = folder().path() / "log";
     const int log = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    dup2(log, STDOUT_FILENO);  // The test's own words go to standard error from now on.
+    dup2(log, STDOUT_FILENO);  // beginLog() then sends the test's own output to standard error.
     close(log);
     platform::beginLog();
     action();

@@ -1,4 +1,4 @@
-// What every back end keeps, the fakes included.
+// Tests for the program's back ends and the fakes alike.
 #include "tests/contract/every_back_end.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ void onFourThreads(const std::function<void(int)>& action) {
     for (std::thread& thread : threads) thread.join();
 }
 
-TEST(EveryMainQueue, RunsOnTheMainThreadInTheOrderOfPostingWhicheverThreadPosts) {
+TEST(EveryMainQueue, RunsWorkOnTheMainThreadInTheOrderOfPosting) {
     const std::thread::id mainThread = std::this_thread::get_id();
     std::vector<int> order;
     std::vector<int> expected;
@@ -53,7 +53,7 @@ TEST(EveryMainQueue, RunsOnTheMainThreadInTheOrderOfPostingWhicheverThreadPosts)
     EXPECT_EQ(order, expected);
 }
 
-TEST(EveryMainQueue, KeepsTheOrderOfEachThreadThatPostsWhileItRuns) {
+TEST(EveryMainQueue, KeepsTheOrderOfEachPostingThread) {
     std::map<int, std::vector<int>> order;
     std::atomic<int> left = 4;
     std::thread posters([&] {
@@ -73,7 +73,7 @@ TEST(EveryMainQueue, KeepsTheOrderOfEachThreadThatPostsWhileItRuns) {
     }
 }
 
-TEST(EveryMainQueue, PutsWhatWorkPostsBehindAllThatWaits) {
+TEST(EveryMainQueue, AppendsTheWorkThatWorkPosts) {
     std::vector<std::string> order;
     mainQueue::async([&order] {
         mainQueue::async([&order] { order.emplace_back("posted by the first"); });
@@ -97,7 +97,7 @@ TEST(EveryUserInitiatedQueue, RunsOffTheMainThreadAndMayPostToIt) {
     everyBackEnd::runQueuesUntil([&] { return done; });
 }
 
-TEST(EveryUserDefaults, GiveTheLastTextThatWasStored) {
+TEST(EveryUserDefaults, ReturnTheTextStoredLast) {
     EXPECT_EQ(userDefaults::string("key"), std::nullopt);
     for (const std::string text : {"one", "two", "", " a, b\n", "\xF0\x9F\x94\x8D"}) {
         userDefaults::setString("key", text);
@@ -107,14 +107,14 @@ TEST(EveryUserDefaults, GiveTheLastTextThatWasStored) {
     EXPECT_EQ(userDefaults::string("key"), "\xF0\x9F\x94\x8D");
 }
 
-TEST(EveryProcess, GivesWhatACommandPrintsAndNothingWhenThereIsNoCommand) {
+TEST(EveryProcess, ReturnsTheOutputAndNothingForAMissingCommand) {
     everyBackEnd::makeEcho();
     const std::vector<std::string> arguments = {"a", "b c"};
     EXPECT_EQ(standardOutputOf("/bin/echo", arguments), "a b c\n");
     EXPECT_EQ(standardOutputOf("/nowhere/at/all", arguments), std::nullopt);
 }
 
-TEST(EveryBrowser, SaysWhetherTheDesktopTookThePageAndRefusesWhatHasNoScheme) {
+TEST(EveryBrowser, ReportsWhetherThePageOpenedAndRefusesAUrlWithoutScheme) {
     const Url page = Url::parse("http://e.example/").value();
     everyBackEnd::openPages(false);
     EXPECT_FALSE(openInBrowser(page));
@@ -125,9 +125,9 @@ TEST(EveryBrowser, SaysWhetherTheDesktopTookThePageAndRefusesWhatHasNoScheme) {
     }
 }
 
-TEST(EveryMachineUuid, SaysTheSameAtEachCall) { EXPECT_EQ(platformUuid(), platformUuid()); }
+TEST(EveryMachineUuid, IsTheSameAtEachCall) { EXPECT_EQ(platformUuid(), platformUuid()); }
 
-TEST(EveryRandomUuid, IsOfVersion4InUpperCaseAndAnotherOneEachTimeOnAnyThread) {
+TEST(EveryRandomUuid, IsAnUpperCaseVersion4UuidAndUniqueOnAnyThread) {
     const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
     std::mutex mutex;
     std::set<std::string> all;
@@ -142,7 +142,7 @@ TEST(EveryRandomUuid, IsOfVersion4InUpperCaseAndAnotherOneEachTimeOnAnyThread) {
     for (const std::string& uuid : all) ASSERT_TRUE(std::regex_match(uuid, form)) << uuid;
 }
 
-TEST(EveryDate, IsWrittenOnAnyThread) {
+TEST(EveryDate, IsFormattedOnAnyThread) {
     const std::regex form("[0-9]{4}-[0-9]{2}-[0-9]{2}");
     onFourThreads([&](int) {
         for (int call = 0; call < 20; ++call) {
@@ -152,7 +152,7 @@ TEST(EveryDate, IsWrittenOnAnyThread) {
     });
 }
 
-TEST(EveryLog, HasEachMessageWithItsValueAsALineFromAnyThread) {
+TEST(EveryLog, WritesEachMessageAndValueAsALineFromAnyThread) {
     const std::vector<std::string> lines = everyBackEnd::linesOf([] {
         log("alone");
         log("message ", "value");

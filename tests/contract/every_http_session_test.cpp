@@ -1,4 +1,4 @@
-// What every HTTP session keeps, the fake included. The requests fail in both.
+// Tests for the real HTTP session and the fake alike. All requests fail.
 #include <gtest/gtest.h>
 
 #include <future>
@@ -13,8 +13,8 @@ namespace {
 
 using namespace httpContract;
 
-TEST(EveryHttpSession, CallsEveryHandlerOnOneThreadOfItsOwn) {
-    // A later thread may get the id of an earlier one, but not what that one has counted.
+TEST(EveryHttpSession, CallsEveryHandlerOnOneBackgroundThread) {
+    // Counts per thread, since a new thread may reuse the id of an earlier one.
     static thread_local int handlersOfThisThread = 0;
     std::vector<int> counts;
     const auto count = [&counts](const auto&) { counts.push_back(++handlersOfThisThread); };
@@ -33,7 +33,7 @@ TEST(EveryHttpSession, CallsEachHandlerOnceInTheOrderOfTheRequests) {
     for (const int number : {0, 1, 2}) {
         platform::httpSession::start(post("path"), [&calls, number](const auto&) { calls.push_back(number); });
     }
-    // Handlers run one after another, so a second call would have run before the last of these.
+    // Handlers run one after another, so a second call would come before the last of these.
     for (int round = 0; round < 3; ++round) resultOf(post("path"));
 
     EXPECT_EQ(calls, (std::vector<int>{0, 1, 2}));

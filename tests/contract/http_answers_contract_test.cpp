@@ -47,7 +47,7 @@ TEST(HttpSession, DeliversAChallengeAfterOneRequestWhenTheUrlHasNoCredentials) {
     }
 }
 
-TEST(HttpSession, DeliversAnEmptyBodyWhereTheAnswerHasNone) {
+TEST(HttpSession, DeliversAnEmptyBodyIfTheAnswerHasNone) {
     const std::vector<std::pair<int, std::string>> answers{
         {200, "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"},
         {200, "HTTP/1.1 200 OK\r\n\r\n"},
@@ -65,7 +65,7 @@ TEST(HttpSession, DeliversAnEmptyBodyWhereTheAnswerHasNone) {
     }
 }
 
-TEST(HttpSession, ReadsABodyHoweverItsEndIsMarked) {
+TEST(HttpSession, ReadsABodyWithAnyKindOfEnd) {
     const std::vector<std::string> answers{
         "HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nthe body",
         "HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nthe body and more",
@@ -83,7 +83,7 @@ TEST(HttpSession, ReadsABodyHoweverItsEndIsMarked) {
     }
 }
 
-TEST(HttpSession, DeliversAnswersThatEndOnlyByTheirLengthWhileTheConnectionStaysOpen) {
+TEST(HttpSession, DeliversAnAnswerOfKnownLengthWhileTheConnectionStaysOpen) {
     const ScriptedServer server(always({Send{answerBytes(200, "the body")}, WaitUntilClientHasGone{}}));
 
     expectAnswer(resultOf(post(server.url("/"))), 200, "the body");
@@ -91,7 +91,7 @@ TEST(HttpSession, DeliversAnswersThatEndOnlyByTheirLengthWhileTheConnectionStays
     EXPECT_TRUE(server.waitForEndedConnections(1));
 }
 
-TEST(HttpSession, RefusesInterimAnswersWithoutEnd) {
+TEST(HttpSession, RefusesEndlessInterimAnswers) {
     std::string sixteen;
     for (int count = 0; count < 16; ++count) sixteen += "HTTP/1.1 103 Early Hints\r\n\r\n";
     const ScriptedServer patient(always({Send{sixteen + answerBytes(200, "at last")}}));
@@ -141,7 +141,7 @@ TEST(HttpSession, DeliversABodyOfTheLargestSize) {
     EXPECT_EQ(result.answer->body.size(), 268435456u);
 }
 
-TEST(HttpSession, ReportsABodyLargerThanThatOrWithoutEnd) {
+TEST(HttpSession, ReportsATooLargeOrEndlessBody) {
     const std::string mebibyte(std::size_t{1} << 20, 'x');
     const std::string chunk = "100000\r\n" + mebibyte + "\r\n";
     const std::vector<std::pair<std::string, std::string>> answers{
@@ -160,7 +160,7 @@ TEST(HttpSession, ReportsABodyLargerThanThatOrWithoutEnd) {
     }
 }
 
-TEST(HttpSession, ReportsATrailerWithoutEnd) {
+TEST(HttpSession, ReportsAnEndlessTrailer) {
     const ScriptedServer server(always(
         {Send{"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n"}, SendEndlessly{"X: y\r\n"}}));
 
@@ -173,8 +173,8 @@ TEST(HttpSession, ReportsATrailerWithoutEnd) {
     EXPECT_TRUE(server.waitForEndedConnections(1));
 }
 
-// libcurl reads and drops it.
-TEST(HttpSession, EndsARedirectWithABodyWithoutEnd) {
+// libcurl reads and discards the body of a redirect.
+TEST(HttpSession, EndsARedirectWithAnEndlessBody) {
     const std::string mebibyte(std::size_t{1} << 20, 'x');
     const ScriptedServer server(always({Send{"HTTP/1.1 302 Found\r\nLocation: /\r\nTransfer-Encoding: chunked\r\n\r\n"},
                                         SendEndlessly{"100000\r\n" + mebibyte + "\r\n"}}));

@@ -23,7 +23,6 @@ const std::string zlibText =
     "\x78\xda\x2b\xc8\x49\xcc\xcc\x53\x28\x49\xad\x28\xd1\x51\x28\x80\xb3\x01\x5e\x86\x08\x3f"s;
 const std::string deflateText = "\x2b\xc8\x49\xcc\xcc\x53\x28\x49\xad\x28\xd1\x51\x28\x80\xb3\x01"s;
 
-// What comes of a body in this coding.
 Result resultOfCoded(const std::string& coding, const std::string& body) {
     const ScriptedServer server(always({Send{answerBytes(200, body, {"content-encoding:  " + coding + " "})}}));
     return resultOf(post(server.url("/")));
@@ -38,7 +37,7 @@ TEST(HttpSession, DecodesACodedBody) {
     expectAnswer(resultOfCoded("deflate", deflateText), 200, plainText);
 }
 
-TEST(HttpSession, DeliversABodyInNoCodingAsItCame) {
+TEST(HttpSession, DeliversAnUncodedBodyUnchanged) {
     expectAnswer(resultOfCoded("identity", gzipText), 200, gzipText);
     expectAnswer(resultOfCoded("", gzipText), 200, gzipText);
     expectAnswer(resultOfCoded("gzip", ""), 200, "");
@@ -58,7 +57,7 @@ TEST(HttpSession, ReportsABodyThatCannotBeDecoded) {
     }
 }
 
-TEST(HttpSession, DeliversWhatCouldBeDecodedOfACodedBodyThatIsCutShort) {
+TEST(HttpSession, DeliversTheDecodablePartOfATruncatedCodedBody) {
     const Result inTheMiddle = resultOfCoded("gzip", gzipText.substr(0, 20));
     ASSERT_TRUE(inTheMiddle.answer.has_value());
     EXPECT_EQ(inTheMiddle.answer->body, plainText.substr(0, inTheMiddle.answer->body.size()));
@@ -68,7 +67,7 @@ TEST(HttpSession, DeliversWhatCouldBeDecodedOfACodedBodyThatIsCutShort) {
     expectAnswer(resultOfCoded("gzip", gzipText.substr(0, gzipText.size() - 1)), 200, plainText);
 }
 
-// As many zero bytes in gzip.
+// `count` zero bytes in gzip.
 std::string gzipOfZeros(std::size_t count) {
     return shell("head -c " + std::to_string(count) + " /dev/zero | gzip -1").output;
 }
@@ -90,7 +89,7 @@ TEST(HttpSession, ReportsABodyThatDecodesToMoreThanTheLargestSize) {
     expectError(resultOf(post(endless.url("/"))), -1103, "resource exceeds maximum size");
 }
 
-TEST(HttpSession, ReportsABodyWithoutEndThatDecodesToNothing) {
+TEST(HttpSession, ReportsAnEndlessBodyThatDecodesToNothing) {
     std::string emptyBlocks;
     for (int block = 0; block < 100'000; ++block) emptyBlocks += "\x00\x00\x00\xff\xff"s;
     const ScriptedServer server(always({Send{gzipHeader()}, SendEndlessly{emptyBlocks}}));

@@ -1,4 +1,4 @@
-// The delivery queue.
+// Concurrent requests and the thread of the handlers.
 #include "platform/http.h"
 
 #include <gtest/gtest.h>
@@ -21,13 +21,13 @@ using namespace std::chrono_literals;
 using namespace httpContract;
 using namespace testSupport;
 
-TEST(HttpSession, DeliversAnAnswerOnTheThreadOfARefusal) {
+TEST(HttpSession, CallsTheHandlersOfAnswersAndErrorsOnOneThread) {
     const ScriptedServer server(always({Send{answerBytes(200, "")}}));
 
     EXPECT_EQ(resultOf(post(server.url("/"))).thread, resultOf(post("path")).thread);
 }
 
-TEST(HttpSession, LetsNoRequestHoldAnotherBack) {
+TEST(HttpSession, OneRequestDoesNotDelayAnother) {
     const ScriptedServer silent(always({HoldOpen{}}));
     const ScriptedServer server(always({Send{answerBytes(200, "quick")}}));
     const IdleSocket full(IdleSocket::Kind::listening);
@@ -41,7 +41,7 @@ TEST(HttpSession, LetsNoRequestHoldAnotherBack) {
     EXPECT_EQ(sending.wait_for(0s), std::future_status::timeout);
 }
 
-TEST(HttpSession, CarriesManyRequestsAtATime) {
+TEST(HttpSession, CarriesOutManyRequestsAtOnce) {
     const ScriptedServer server(
         [](const RecordedRequest& request) { return Script{Send{answerBytes(200, "answer to " + request.body())}}; });
 
@@ -55,7 +55,7 @@ TEST(HttpSession, CarriesManyRequestsAtATime) {
     EXPECT_EQ(server.requests().size(), 50u);
 }
 
-TEST(HttpSession, TakesRequestsFromSeveralThreadsAtATime) {
+TEST(HttpSession, AcceptsRequestsFromSeveralThreads) {
     const ScriptedServer server(always({Send{answerBytes(200, "here")}}));
 
     std::vector<std::thread> threads;
@@ -69,14 +69,14 @@ TEST(HttpSession, TakesRequestsFromSeveralThreadsAtATime) {
     EXPECT_EQ(server.requests().size(), 20u);
 }
 
-TEST(HttpSession, GoesOnAfterAnExceptionOfAHandler) {
+TEST(HttpSession, ContinuesAfterAnExceptionInAHandler) {
     const ScriptedServer server(always({Send{answerBytes(200, "fine")}}));
     platform::httpSession::start(post(server.url("/")), [](const auto&) { throw std::bad_alloc(); });
     expectAnswer(resultOf(post(server.url("/"))), 200, "fine");
     expectAnswer(resultOf(post(server.url("/"))), 200, "fine");
 }
 
-TEST(HttpSession, CountsNoTimeOutForBytesThatCameWhileAHandlerRan) {
+TEST(HttpSession, DoesNotTimeOutIfBytesArriveWhileAHandlerRuns) {
     const std::string header = "HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n";
     const ScriptedServer slow(
         always({Send{header}, SendDripping{std::string(9, 'x'), 200ms}, Send{std::string(90, 'y')}}));
@@ -90,7 +90,7 @@ TEST(HttpSession, CountsNoTimeOutForBytesThatCameWhileAHandlerRan) {
     expectAnswer(resultOf(std::move(dripping)), 200, std::string(9, 'x') + std::string(90, 'y'));
 }
 
-TEST(HttpSession, CountsNoTimeInWhichAHandlerRan) {
+TEST(HttpSession, DoesNotCountTheTimeInWhichAHandlerRuns) {
     const ScriptedServer slow(always({SendDripping{"H", 1300ms}, Send{answerBytes(200, "late").substr(1)}}));
     const ScriptedServer quick(always({Send{answerBytes(200, "")}}));
 
@@ -102,7 +102,7 @@ TEST(HttpSession, CountsNoTimeInWhichAHandlerRan) {
     expectAnswer(resultOf(std::move(waiting)), 200, "late");
 }
 
-TEST(HttpSession, LetsNoSignalInterruptTheDeliveryQueue) {
+TEST(HttpSession, BlocksSignalsOnTheDeliveryThread) {
     std::promise<sigset_t> blocked;
 
     platform::httpSession::start(post("path"), [&](const auto&) {

@@ -1,4 +1,4 @@
-// What goes wrong on the way.
+// Transport errors.
 #include "platform/http.h"
 
 #include <gtest/gtest.h>
@@ -99,8 +99,8 @@ TEST(HttpSession, ReportsAnAnswerThatIsNoHttpAfterOneRequest) {
     }
 }
 
-// Older versions of libcurl have no name for this result, which newer ones give for a header that is too long.
-TEST(HttpSession, KnowsTheResultForWhatIsTooLarge) {
+// Newer versions of libcurl return this for a header that is too long; older ones don't declare it.
+TEST(HttpSession, MapsTheErrorForATooLargeHeader) {
     EXPECT_EQ(platform::failureOf(static_cast<CURLcode>(100)).code, -1017);
 }
 
@@ -111,7 +111,7 @@ TEST(HttpSession, KeepsTheDetailsPrintable) {
     EXPECT_NE(error.localizedDescription.find("“a?.example”"), std::string::npos) << error.localizedDescription;
 }
 
-TEST(HttpSession, RefusesWhatIsNoWebAddress) {
+TEST(HttpSession, RefusesAUrlThatIsNotHttp) {
     for (const std::string url : {"ftp://127.0.0.1/", "file:///etc/hostname", "data:,text", "foo:x", "mailto:a@b",
                                   "localhost:8080/x", "path", "/path", "//127.0.0.1/path", "?query", "#part", ".."}) {
         SCOPED_TRACE(url);
@@ -129,7 +129,7 @@ TEST(HttpSession, ReportsAUrlWithoutAHost) {
     }
 }
 
-TEST(HttpSession, ReportsAPortThatNoServerCanHave) {
+TEST(HttpSession, ReportsAPortOutOfRange) {
     expectError(resultOf(post("http://127.0.0.1:65536/")), -1000, "bad URL");
     expectError(resultOf(post("http://127.0.0.1:99999/")), -1000, "bad URL");
 }

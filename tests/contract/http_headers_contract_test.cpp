@@ -1,4 +1,4 @@
-// Long headers.
+// Large headers.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -55,7 +55,7 @@ TEST(HttpSession, FollowsARedirectToAnotherServerAndToAnErrorPage) {
     expectAnswer(resultOf(post(start.url("/"))), 404, "not here");
 }
 
-TEST(HttpSession, DeliversA3xxThatLeadsNowhere) {
+TEST(HttpSession, DeliversA3xxThatIsNoRedirect) {
     const std::vector<std::pair<int, std::vector<std::string>>> answers{
         {300, {"Location: /other"}},
         {305, {"Location: /other"}},
@@ -88,7 +88,7 @@ TEST(HttpSession, DeliversA304WithALocation) {
     EXPECT_EQ(server.requests().size(), 1u);
 }
 
-TEST(HttpSession, DoesNotFollowTheAnswerBehindARedirect) {
+TEST(HttpSession, DoesNotFollowA300AfterARedirect) {
     const ScriptedServer server(
         inTurn({{Send{redirectTo(302, "/choices")}}, {Send{answerBytes(300, "choose", {"Location: /one"})}}}));
 
@@ -107,7 +107,7 @@ TEST(HttpSession, DoesNotFollowARedirectWhoseHeaderIsCut) {
     EXPECT_TRUE(target.requests().empty());
 }
 
-TEST(HttpSession, ReportsARedirectToWhatIsNoWebsite) {
+TEST(HttpSession, ReportsARedirectToAnotherScheme) {
     for (const std::string location :
          {"ftp://127.0.0.1/x", "file:///etc/hostname", "data:,text", "unknown://127.0.0.1/x", "mailto:a@b"}) {
         SCOPED_TRACE(location);
@@ -132,7 +132,7 @@ TEST(HttpSession, FollowsSixteenRedirectsAndNoMore) {
     EXPECT_EQ(endless.requests().size(), 17u);
 }
 
-TEST(HttpSession, ReportsWhatHappensAtTheTargetOfARedirect) {
+TEST(HttpSession, ReportsAnErrorAtTheTargetOfARedirect) {
     const IdleSocket refusing(IdleSocket::Kind::refusing);
     const ScriptedServer dropping(always({}));
     const ScriptedServer mumbling(always({Send{"mumble\r\n\r\n"}}));

@@ -1,4 +1,4 @@
-// What the system refuses. Each in a process of its own, where the session has not begun.
+// Missing resources: threads, descriptors, a network. Each test runs in a process that has not used the session.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -23,13 +23,13 @@ using namespace httpContract;
 using namespace testSupport;
 using platform::HttpError;
 
-// Zero when all is as it should be.
+// Returns 0 if the session behaves as expected.
 int answerWithoutThreads() {
     const ScriptedServer server(always({Send{answerBytes(200, "after all")}}));
     rlimit limit{};
     getrlimit(RLIMIT_NPROC, &limit);
     const rlim_t before = std::exchange(limit.rlim_cur, 1);
-    // The superuser is above that limit.
+    // The limit does not bind root.
     if (setrlimit(RLIMIT_NPROC, &limit) != 0 || (geteuid() == 0 && setuid(65534) != 0)) return 1;
 
     int calls = 0;
@@ -46,7 +46,7 @@ int answerWithoutThreads() {
     return result.answer && result.answer->body == "after all" ? 0 : 3;
 }
 
-TEST(HttpSessionDeathTest, AnswersWithAnErrorWhenNoThreadCanStartAndTriesAgainWithTheNextRequest) {
+TEST(HttpSessionDeathTest, ReportsAnErrorIfNoThreadCanStartAndRetriesWithTheNextRequest) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
 
     EXPECT_EXIT(std::exit(answerWithoutThreads()), ::testing::ExitedWithCode(0), "");
@@ -60,7 +60,7 @@ int answerWithFreeDescriptors(int count) {
     close(lowestFree);
     const rlim_t before = std::exchange(limit.rlim_cur, static_cast<rlim_t>(lowestFree + count));
     setrlimit(RLIMIT_NOFILE, &limit);
-    // Without a descriptor a sanitizer cannot look at a promise.
+    // No std::promise: the sanitizers need a descriptor to check it.
     std::binary_semaphore called{0};
     bool failed = false;
     platform::httpSession::start(post(server.url("/")), [&](const platform::HttpResult& result) {
@@ -74,20 +74,20 @@ int answerWithFreeDescriptors(int count) {
     return result.answer && result.answer->body == "after all" ? 0 : 3;
 }
 
-TEST(HttpSessionDeathTest, AnswersWithAnErrorWhenDescriptorsAreMissingAndTriesAgainWithTheNextRequest) {
+TEST(HttpSessionDeathTest, ReportsAnErrorWithoutFreeDescriptorsAndRetriesWithTheNextRequest) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
 
-    // Loading the library takes one, and gives it back; waking and connecting take more.
+    // Loading libcurl needs one for a moment; waking and connecting need more.
     for (const int count : {0, 1}) {
         EXPECT_EXIT(std::exit(answerWithFreeDescriptors(count)), ::testing::ExitedWithCode(0), "") << count;
     }
 }
 
 #ifdef __linux__
-constexpr int noRightToTry = 77;
+constexpr int noPermission = 77;
 
 int lookUpANameWithoutANetwork() {
-    if (unshare(CLONE_NEWNET | (geteuid() == 0 ? 0 : CLONE_NEWUSER)) != 0) return noRightToTry;
+    if (unshare(CLONE_NEWNET | (geteuid() == 0 ? 0 : CLONE_NEWUSER)) != 0) return noPermission;
     const Result result = resultOf(post("http://name.invalid/"));
     return result.error && result.error->details.starts_with("NSURLErrorDomain -1009 ") ? 0 : 1;
 }
@@ -100,10 +100,10 @@ TEST(HttpSessionDeathTest, ReportsThatThereIsNoNetworkWhenNoNameCanBeFound) {
         std::exit(lookUpANameWithoutANetwork()),
         [&](int status) {
             exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-            return exitCode == 0 || exitCode == noRightToTry;
+            return exitCode == 0 || exitCode == noPermission;
         },
         "");
-    if (exitCode == noRightToTry)
+    if (exitCode == noPermission)
         GTEST_SKIP() << (geteuid() == 0 ? "needs a network of its own (CAP_SYS_ADMIN)"
                                         : "needs a network of its own (user namespaces)");
 }

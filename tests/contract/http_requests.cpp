@@ -14,7 +14,7 @@ using platform::Url;
 
 namespace {
 
-// Every test runs with proxies named that lead nowhere.
+// Names proxies that don't exist, in every test.
 class ProxyVariables : public ::testing::Environment {
   public:
     void SetUp() override {

@@ -1,4 +1,4 @@
-// Requests to the test's own servers, and what is expected of their results.
+// Sends requests and checks their results.
 #pragma once
 
 #include <chrono>
@@ -17,10 +17,10 @@ inline constexpr std::chrono::seconds longestWait{60};
 struct Result {
     std::optional<platform::HttpAnswer> answer;
     std::optional<platform::HttpError> error;
-    std::thread::id thread;  // The handler's.
+    std::thread::id thread;  // The thread of the handler.
 };
 
-// A second call of the handler would throw on the delivery queue and end the test program.
+// A second call of the handler would throw and end the test program.
 [[nodiscard]] std::future<Result> send(platform::HttpRequest request);
 
 Result resultOf(std::future<Result> future);
@@ -34,7 +34,7 @@ void expectError(const Result& result, int code, const std::string& localizedDes
 void expectTimedOut(const Result& result);
 void expectConnectionLost(const Result& result);
 
-// The bytes of a redirect.
+// The answer that redirects to `location`.
 [[nodiscard]] std::string redirectTo(int statusCode, const std::string& location);
 
 }  // namespace httpContract

@@ -43,7 +43,7 @@ TEST(HttpSession, TimesOutWhenNothingComesForTheInterval) {
     }
 }
 
-TEST(HttpSession, StartsTheIntervalAfreshWithEveryHeaderLineAndEveryByteOfABody) {
+TEST(HttpSession, RestartsTheIntervalWithEveryHeaderLineAndByteOfTheBody) {
     Script script;
     for (const std::string line : {"HTTP/1.1 200 OK\r\n", "X: 1\r\n", "X: 2\r\n", "Content-Length: 13\r\n", "\r\n"}) {
         script.push_back(SendDripping{line.substr(0, 1), 300ms});
@@ -59,14 +59,14 @@ TEST(HttpSession, StartsTheIntervalAfreshWithEveryHeaderLineAndEveryByteOfABody)
     expectAnswer(result, 200, "steady, slow!");
 }
 
-TEST(HttpSession, CountsAHeaderLineWhenItIsWhole) {
+TEST(HttpSession, RestartsTheIntervalOnlyWithAWholeHeaderLine) {
     const ScriptedServer server(always({Send{"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n"},
                                         SendDripping{"X: " + std::string(40, 'x'), 50ms}, Send{"\r\n\r\n"}}));
 
     expectTimedOut(resultOf(post(server.url("/"), "{}", 1s)));
 }
 
-TEST(HttpSession, StartsTheIntervalAfreshWithEveryByteSent) {
+TEST(HttpSession, RestartsTheIntervalWithEveryByteSent) {
     constexpr std::size_t size = std::size_t{64} << 20;
     const IdleSocket slow(IdleSocket::Kind::listening);
 
@@ -96,8 +96,8 @@ TEST(HttpSession, TimesOutWhileConnecting) {
     expectTimedOut(resultOf(post(full.url(), "{}", 1s)));
 }
 
-// Bytes of the TLS greeting do not start the interval again.
-TEST(HttpSession, TimesOutInAGreetingThatDrips) {
+// Bytes of the TLS handshake do not restart the interval.
+TEST(HttpSession, TimesOutInATlsHandshakeThatDrips) {
     const IdleSocket slow(IdleSocket::Kind::listening);
 
     std::future<Result> result = send(post("https" + slow.url().substr(4), "{}", 2s));
@@ -116,14 +116,14 @@ TEST(HttpSession, TimesOutWhileSending) {
     expectTimedOut(result);
 }
 
-TEST(HttpSession, TimesOutAtOnceWithoutAnInterval) {
+TEST(HttpSession, TimesOutAtOnceWithAnIntervalOfZeroOrLess) {
     const ScriptedServer server(always({WaitUntilClientHasGone{}}));
 
     expectTimedOut(resultOf(post(server.url("/"), "{}", 0s)));
     expectTimedOut(resultOf(post(server.url("/"), "{}", std::chrono::seconds::min())));
 }
 
-TEST(HttpSession, TakesTheLongestIntervalThereIs) {
+TEST(HttpSession, AcceptsTheLongestInterval) {
     const ScriptedServer server(always({Send{answerBytes(200, "soon")}}));
 
     expectAnswer(resultOf(post(server.url("/"), "{}", std::chrono::seconds::max())), 200, "soon");

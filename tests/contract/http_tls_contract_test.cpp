@@ -31,7 +31,7 @@ TEST(HttpSession, ReportsAServerThatDoesNotSpeakTls) {
     }
 }
 
-TEST(HttpSession, ReportsAServerThatClosesInTheMiddleOfTheTlsGreeting) {
+TEST(HttpSession, ReportsAServerThatClosesDuringTheTlsHandshake) {
     const ScriptedServer server(always({}));
 
     const Result result = resultOf(post("https://127.0.0.1:" + std::to_string(server.port()) + "/"));
@@ -39,7 +39,7 @@ TEST(HttpSession, ReportsAServerThatClosesInTheMiddleOfTheTlsGreeting) {
     expectError(result, -1200, "A TLS error caused the secure connection to fail.");
 }
 
-TEST(HttpSession, TimesOutInTheTlsGreeting) {
+TEST(HttpSession, TimesOutInTheTlsHandshake) {
     const ScriptedServer server(always({WaitUntilClientHasGone{}}));
 
     expectTimedOut(resultOf(post("https://127.0.0.1:" + std::to_string(server.port()) + "/", "{}", 1s)));
@@ -47,7 +47,7 @@ TEST(HttpSession, TimesOutInTheTlsGreeting) {
     EXPECT_TRUE(server.waitForEndedConnections(1));
 }
 
-TEST(HttpSession, RefusesACertificateThatNobodyVouchesFor) {
+TEST(HttpSession, RefusesAnUntrustedCertificate) {
     const SelfSignedServer server;
     if (server.url().empty()) GTEST_SKIP() << "takes the openssl command";
 
@@ -58,7 +58,7 @@ TEST(HttpSession, RefusesACertificateThatNobodyVouchesFor) {
 
 }  // namespace
 
-// The session's thread may still be closing a connection, which the TLS library's handlers at exit do not allow.
+// Ends without exit handlers: the session's thread may still use the TLS library, whose handlers free its data.
 int main(int argumentCount, char** arguments) {
     testing::InitGoogleTest(&argumentCount, arguments);
     const int status = RUN_ALL_TESTS();

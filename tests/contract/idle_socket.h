@@ -14,8 +14,8 @@
 
 namespace httpContract {
 
-// A port of 127.0.0.1. Bound alone it refuses connections and nobody else can get it; listening, it completes them and
-// never reads a byte.
+// A port of 127.0.0.1. `refusing` holds the port and refuses connections; `listening` completes connections and reads
+// nothing.
 class IdleSocket {
   public:
     enum class Kind { refusing, listening };
@@ -37,7 +37,7 @@ class IdleSocket {
     IdleSocket(const IdleSocket&) = delete;
     IdleSocket& operator=(const IdleSocket&) = delete;
 
-    // Makes connections until one of them is left waiting. False when the system doesn't leave any.
+    // Opens connections until one stays pending. False if the system leaves none pending.
     [[nodiscard]] bool fillQueue() {
         for (int attempt = 0; attempt < 8; ++attempt) {
             const int filler = socket(AF_INET, SOCK_STREAM, 0);
@@ -50,7 +50,7 @@ class IdleSocket {
         return false;
     }
 
-    // Accepts a connection and sends `bytes`, one each fifth of a second, until the other side closes.
+    // Accepts a connection and sends `bytes`, one every 200 ms, until the client closes.
     void drip(const std::string& bytes) const {
         const int connection = accept(number_, nullptr, nullptr);
         for (const char byte : bytes) {
@@ -60,8 +60,7 @@ class IdleSocket {
         close(connection);
     }
 
-    // Accepts a connection, reads so many bytes of it, 4 MiB each fifth of a second, sends `answer` and waits for the
-    // other side to close.
+    // Accepts a connection, reads `bytes` bytes, 4 MiB every 200 ms, sends `answer` and waits until the client closes.
     void readSlowlyThenAnswer(std::size_t bytes, const std::string& answer) const {
         const int connection = accept(number_, nullptr, nullptr);
         std::vector<char> buffer(std::size_t{4} << 20);
@@ -72,7 +71,7 @@ class IdleSocket {
             total += static_cast<std::size_t>(count);
         }
         EXPECT_EQ(::send(connection, answer.data(), answer.size(), 0), static_cast<ssize_t>(answer.size()));
-        while (recv(connection, buffer.data(), buffer.size(), 0) > 0) continue;  // Unread bytes would break it off.
+        while (recv(connection, buffer.data(), buffer.size(), 0) > 0) continue;  // Unread bytes would reset it.
         close(connection);
     }
 

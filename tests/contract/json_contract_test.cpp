@@ -42,7 +42,7 @@ TEST(Json, ANumberBeyondSixtyFourBitsIsNoInteger) {
     EXPECT_EQ(parsed("9223372036854775807").integer("a"), INT64_MAX);
     EXPECT_EQ(parsed("-9223372036854775808").integer("a"), INT64_MIN);
     EXPECT_EQ(parsed("-9223372036854774784.0").integer("a"), -9223372036854774784);
-    // Written as a real number, the smallest integer is the same double as the numbers just below it.
+    // As a double, the smallest integer equals the numbers just below it.
     for (const char* json :
          {"-9223372036854775808.0", "-9223372036854775809", "-9223372036854775809.0", "-18446744073709551616", "-1e19",
           "9223372036854775808", "9223372036854775808.0", "18446744073709551615", "18446744073709551616",
@@ -51,7 +51,7 @@ TEST(Json, ANumberBeyondSixtyFourBitsIsNoInteger) {
     }
 }
 
-// The nearest double is the same with every version of the library.
+// Some versions of the library round differently by default.
 TEST(Json, ANumberWithAFractionIsTheNearestDouble) {
     for (const auto& [json, number] :
          {std::pair("0.9999999999999999", 0.9999999999999999), std::pair("0.1", 0.1), std::pair("5e-324", 5e-324),
@@ -70,7 +70,7 @@ TEST(Json, OnlyAStringIsAString) {
 
 TEST(Json, TheFirstOfTwoMembersOfOneNameCounts) { EXPECT_EQ(jsonObjectFrom(R"({"a":1,"\u0061":2})")->integer("a"), 1); }
 
-// In the place of a member's value, where it is kept, and deeper, where it is only checked.
+// Documents with `value` as a member's value, which is kept, and deeper, where it is only checked.
 std::vector<std::string> withValue(const std::string& value) {
     return {"{\"a\":" + value + "}", "{\"a\":[" + value + "]}", "{\"a\":[{\"b\":" + value + "}]}"};
 }
@@ -108,7 +108,7 @@ TEST(Json, RefusesWhatIsNotJson) {
     }
 }
 
-TEST(Json, GoesFiveHundredAndTwelveLevelsDeep) {
+TEST(Json, ReadsAtMost512Levels) {
     const auto levels = [](std::size_t count) {
         return "{\"a\":" + std::string(count - 1, '[') + std::string(count - 1, ']') + "}";
     };
@@ -134,7 +134,7 @@ std::string widened(const std::string& text, std::size_t width, bool littleEndia
     return bytes;
 }
 
-TEST(Json, IsReadInEveryUnicodeEncodingWithAndWithoutMark) {
+TEST(Json, ReadsEveryUnicodeEncodingWithAndWithoutByteOrderMark) {
     using namespace std::string_literals;
     for (const auto& [width, littleEndian, mark] :
          {std::tuple(std::size_t{2}, true, "\xFF\xFE"s), std::tuple(std::size_t{2}, false, "\xFE\xFF"s),
@@ -147,7 +147,7 @@ TEST(Json, IsReadInEveryUnicodeEncodingWithAndWithoutMark) {
     }
 }
 
-TEST(Json, IsNotReadFromABrokenWideEncoding) {
+TEST(Json, RefusesInvalidUtf16AndUtf32) {
     using namespace std::string_literals;
     const std::string start = "\xFF\xFE{\0\"\0"s;
     const std::string end = "\"\0:\0001\0}\0"s;
@@ -162,12 +162,12 @@ TEST(Json, IsNotReadFromABrokenWideEncoding) {
          {"\xFF\xFE"s, "\xFF\xFE{\0}"s, start + highSurrogate, "\0\0\0{\0\0\0}\0"s, "\0\0\0{\0\x11\0\0\0\0\0}"s}) {
         EXPECT_FALSE(jsonObjectFrom(bytes));
     }
-    // Beyond Unicode: cut to the bits of four bytes, this would be a character.
+    // Beyond U+10FFFF; with its upper bits cut off it would be a character.
     EXPECT_FALSE(jsonObjectFrom("\0\0\0{\0\0\0\"\0\x41\0\x41\0\0\0\"\0\0\0:\0\0\0001\0\0\0}"s));
 }
 
-// Such a text is converted in parts of 64 KiB; the pairs of surrogates stand at either side of each cut.
-TEST(Json, IsReadInAWideEncodingWhateverItsLength) {
+// The text is converted in parts of 64 KiB. With both shifts, some part ends inside a surrogate pair.
+TEST(Json, ReadsALongTextInUtf16) {
     for (const std::size_t shift : {0U, 1U}) {
         std::u16string text = u"{\"a\":\"" + std::u16string(shift, u'x');
         std::string expected(shift, 'x');
@@ -187,7 +187,7 @@ TEST(Json, IsReadInAWideEncodingWhateverItsLength) {
     }
 }
 
-TEST(Json, IsWrittenCompactInTheOrderOfTheMembers) {
+TEST(Json, WritesMembersInOrderWithoutBlanks) {
     EXPECT_EQ(jsonDataFrom({{"b", "x"}, {"a", std::int64_t{-7}}, {"c", true}}), R"({"b":"x","a":-7,"c":true})");
     EXPECT_EQ(jsonDataFrom({}), "{}");
 }

@@ -1,4 +1,4 @@
-// Logs what its first argument says; its standard streams are the test's.
+// Logs as its first argument says.
 #include "platform/log.h"
 
 #include <fcntl.h>

@@ -11,35 +11,35 @@ namespace {
 using testSupport::quoted;
 using testSupport::shell;
 
-TEST(Log, ALineIsThereWhileTheProcessGoesOn) {
+TEST(Log, ALineIsWrittenAtOnce) {
     const testSupport::TemporaryFolder folder;
     const std::string input = quoted(folder.path() / "input");
-    // The child waits for its input, which comes only once its line has been read.
+    // The child waits for input, which it gets only after its line has been read.
     const auto result = shell("mkfifo " + input + "; " CHILD_PATH " line-and-wait <" + input +
                               " | { read line; echo \"read: $line\"; } & echo x >" + input + "; wait");
     EXPECT_EQ(result.output, "read: here\n");
 }
 
-TEST(Log, BytesPassAsTheyAre) {
+TEST(Log, BytesAreWrittenUnchanged) {
     EXPECT_EQ(shell(CHILD_PATH " odd-bytes").output, std::string("nul \0 invalid \xFF\xFE end\n\n", 22));
 }
 
-TEST(Log, ControlCharactersPassAsTheyAreToAFileOrPipe) {
+TEST(Log, AFileOrPipeGetsControlCharactersUnchanged) {
     EXPECT_EQ(shell(CHILD_PATH " controls").output, "\x1B[2J\r\x7F \t \xC2\x9B \xC3\xA9\n");
 }
 
-TEST(Log, ATerminalShowsControlCharactersAndDoesNotObeyThem) {
+TEST(Log, ATerminalGetsPicturesOfControlCharacters) {
     EXPECT_EQ(shell("script -qec '" CHILD_PATH " controls' /dev/null </dev/null").output,
               "\xE2\x90\x9B[2J\xE2\x90\x8D\xE2\x90\xA1 \t \xEF\xBF\xBD \xC3\xA9\r\n");
 }
 
-// The terminal itself puts a CR before each LF.
-TEST(Log, ATerminalGetsLineEndingsAsTheyAre) {
+// The terminal itself adds a CR before each LF.
+TEST(Log, ATerminalGetsLineEndingsUnchanged) {
     EXPECT_EQ(shell("script -qec '" CHILD_PATH " line-endings' /dev/null </dev/null").output,
               "CR LF\r\r\nLF\r\nCR\xE2\x90\x8DLF CR\r\n\xE2\x90\x8D\r\n");
 }
 
-TEST(Log, WhatOthersPrintGoesToStandardError) {
+TEST(Log, OtherOutputGoesToStandardError) {
     const testSupport::TemporaryFolder folder;
     const std::string error = quoted(folder.path() / "error");
     EXPECT_EQ(shell(CHILD_PATH " strangers 2>" + error).output, "logged\n");
@@ -53,14 +53,14 @@ TEST(Log, AClosedReaderDoesNotEndTheProcess) {
     EXPECT_EQ(shell("(" CHILD_PATH " much; echo $? >" + status + ") | true; cat " + status).output, "0\n");
 }
 
-TEST(Log, AFullDeviceLosesTheLineAndNothingElse) { EXPECT_EQ(shell(CHILD_PATH " much >/dev/full").status, 0); }
+TEST(Log, AFullDeviceLosesOnlyTheLine) { EXPECT_EQ(shell(CHILD_PATH " much >/dev/full").status, 0); }
 
-TEST(Log, AClosedStandardOutputLosesTheLineAndNothingElse) {
+TEST(Log, AClosedStandardOutputLosesOnlyTheLine) {
     EXPECT_EQ(shell(CHILD_PATH " much >&-").status, 0);
     EXPECT_EQ(shell(CHILD_PATH " much <&- >&- 2>&-").status, 0);
 }
 
-TEST(Log, AClosedStandardErrorLeavesTheLogAlone) {
+TEST(Log, AClosedStandardErrorDoesNotChangeTheLog) {
     EXPECT_EQ(shell(CHILD_PATH " strangers 2>&-").output, "logged\n");
     EXPECT_EQ(shell(CHILD_PATH " strangers <&- 2>&-").output, "logged\n");
 }

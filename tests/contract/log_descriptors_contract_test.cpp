@@ -21,7 +21,7 @@ std::string textOf(const std::filesystem::path& file) {
     return text.str();
 }
 
-TEST(LogDescriptors, AFileOpenedInAMissingDescriptorsPlaceGetsNoLine) {
+TEST(LogDescriptors, AFileOpenedInTheNumberOfAClosedStreamGetsNoLine) {
     for (const char* closed : {"<&-", ">&-", "2>&-", "<&- >&-", "<&- 2>&-", ">&- 2>&-", "<&- >&- 2>&-"}) {
         const testSupport::TemporaryFolder folder;
         const std::filesystem::path file = folder.path() / "file";
@@ -49,7 +49,7 @@ TEST(LogDescriptors, AChildDoesNotInheritTheLog) {
 TEST(LogDescriptors, ALineLostOnAFullDiskIsNotWrittenLater) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     const testSupport::TemporaryFolder folder;
-    // A disk of four pages, all of them taken until the child removes the file that takes them.
+    // A disk of four pages, full until the child removes the ballast.
     const ShellResult result = shellWithOwnMounts("cd " + quoted(folder.path()) + R"sh(
                                      set -e
                                      mount -t tmpfs -o size=16k none .
@@ -60,7 +60,7 @@ TEST(LogDescriptors, ALineLostOnAFullDiskIsNotWrittenLater) {
     EXPECT_EQ(result.output, "kept\n");
 }
 
-TEST(LogDescriptors, LinesOfSeveralThreadsComeWhole) {
+TEST(LogDescriptors, LinesOfSeveralThreadsAreNotMixed) {
     std::istringstream lines(shell(CHILD_PATH " many-long-lines").output);
     std::map<std::pair<std::size_t, char>, int> counts;
     for (std::string line; std::getline(lines, line);) {

@@ -14,7 +14,7 @@ using testSupport::quoted;
 using testSupport::shellWithOwnMounts;
 using testSupport::whyNoOwnMounts;
 
-// A machine whose /etc has nothing but what a test puts there, and what the loader needs to start a program.
+// An /etc with only the test's machine-id, and the cache that the loader needs.
 class MachineIdFile : public testing::Test {
   protected:
     void SetUp() override {
@@ -41,21 +41,21 @@ class MachineIdFile : public testing::Test {
 };
 
 constexpr const char* identifier = "0123456789abcdef0123456789abcdef";
-// HMAC-SHA256 of the program's id by that key, computed apart from this program and marked as version 4.
+// HMAC-SHA256 of the program's id with that key, computed by another tool and marked as version 4.
 constexpr const char* uuidOfIt = "CEF4BC65-65F6-45C6-B217-BD96DF4D8B51\n";
 
-TEST_F(MachineIdFile, AlwaysMakesTheSameUuid) {
-    // Another value would make every machine a new one.
+TEST_F(MachineIdFile, AlwaysGivesTheSameUuid) {
+    // Another value would change the id of every machine.
     EXPECT_EQ(uuidOn(std::string(identifier) + "\n"), uuidOfIt);
     EXPECT_EQ(uuidOn(identifier), uuidOfIt);
 }
 
-TEST_F(MachineIdFile, MakesAnotherUuidOnAnotherMachine) {
+TEST_F(MachineIdFile, GivesAnotherUuidOnAnotherMachine) {
     EXPECT_NE(uuidOn("1123456789abcdef0123456789abcdef\n"), uuidOn(std::string(identifier) + "\n"));
 }
 
-// Read leniently, several of these would stand for one and the same machine.
-TEST_F(MachineIdFile, ThatDoesNotIdentifyTheMachineMeansNoUuid) {
+// A lenient reader would give several of these the same UUID.
+TEST_F(MachineIdFile, InvalidContentMeansNoUuid) {
     for (const char* text : {"", "\n", "uninitialized\n", "0123", "not hexadecimal, but long enough for it\n",
                              "machine 0123456789abcdef\n", "01234567-89ab-cdef-0123-456789abcdef\n",
                              "g123456789abcdef0123456789abcdef\n", "0123456789abcdef0123456789abcde\n",
@@ -80,8 +80,8 @@ TEST_F(MachineIdFile, ThatIsABrokenLinkMeansNoUuid) {
     EXPECT_EQ(uuid(), "none\n");
 }
 
-TEST_F(MachineIdFile, CannotBeReadFromTheUuid) {
-    // Already marked as a version 4 UUID, so that a text handed on as it stands would pass for one.
+TEST_F(MachineIdFile, IsNotPartOfTheUuid) {
+    // Has the bits of a version 4 UUID, so that a copy of it would look valid.
     const std::string known = "4F1A2B3C5D6E4F708192A3B4C5D6E7F8";
     std::string uuid = uuidOn("4f1a2b3c5d6e4f708192a3b4c5d6e7f8\n");
     ASSERT_EQ(uuid.size(), 37U) << uuid;
@@ -91,7 +91,7 @@ TEST_F(MachineIdFile, CannotBeReadFromTheUuid) {
     }
 }
 
-TEST_F(MachineIdFile, IsAllThatTheUuidDependsOn) {
+TEST_F(MachineIdFile, AloneDeterminesTheUuid) {
     const std::string before = uuidOn(identifier);
     setenv("HOME", "/nonexistent", 1);
     setenv("USER", "somebody", 1);

@@ -1,4 +1,4 @@
-// When a machine counts as offline, by a list of network interfaces that the test makes up.
+// Which network interfaces make a machine count as online.
 #include "platform/curl/network_interfaces.h"
 
 #include <arpa/inet.h>
@@ -15,7 +15,7 @@ namespace {
 
 struct Interface {
     unsigned flags;
-    std::string address;  // Of IPv4 or IPv6; "link" is one of neither kind, and the empty text is none.
+    std::string address;  // IPv4 or IPv6; "link" is a link-layer address, and empty is no address.
 };
 
 std::vector<Interface> interfaces;
@@ -25,10 +25,10 @@ constexpr unsigned upAndRunning = IFF_UP | IFF_RUNNING;
 
 }  // namespace
 
-// In place of the C library's.
+// Replaces the C library's function.
 extern "C" int getifaddrs(ifaddrs** list) noexcept {
     if (!canBeListed) return -1;
-    static std::deque<sockaddr_in6> addresses;  // The largest of the kinds.
+    static std::deque<sockaddr_in6> addresses;  // The largest address type.
     static std::deque<ifaddrs> entries;
     entries.clear();
     addresses.clear();
@@ -57,27 +57,27 @@ bool isUpWith(std::vector<Interface> those) {
     return platform::networkIsUp();
 }
 
-TEST(NetworkInterfaces, OneThatRunsAndHasAnAddressIsANetwork) {
+TEST(NetworkInterfaces, ARunningInterfaceWithAnAddressCounts) {
     EXPECT_TRUE(isUpWith({{upAndRunning, "192.0.2.1"}}));
     EXPECT_TRUE(isUpWith({{upAndRunning, "2001:db8::1"}}));
     EXPECT_TRUE(isUpWith({{upAndRunning | IFF_LOOPBACK, "127.0.0.1"}, {upAndRunning, "link"}, {upAndRunning, "::2"}}));
 }
 
-TEST(NetworkInterfaces, NoneIsNoNetwork) { EXPECT_FALSE(isUpWith({})); }
+TEST(NetworkInterfaces, NoInterfaceMeansNoNetwork) { EXPECT_FALSE(isUpWith({})); }
 
-TEST(NetworkInterfaces, TheLoopbackInterfaceIsNoNetwork) {
+TEST(NetworkInterfaces, TheLoopbackInterfaceDoesNotCount) {
     EXPECT_FALSE(isUpWith({{upAndRunning | IFF_LOOPBACK, "127.0.0.1"}, {upAndRunning | IFF_LOOPBACK, "::1"}}));
 }
 
-TEST(NetworkInterfaces, OneThatIsDownOrHasNoCarrierIsNoNetwork) {
+TEST(NetworkInterfaces, AnInterfaceThatIsDownOrHasNoCarrierDoesNotCount) {
     EXPECT_FALSE(isUpWith({{0, "192.0.2.1"}, {IFF_UP, "192.0.2.1"}, {IFF_RUNNING, "192.0.2.1"}}));
 }
 
-TEST(NetworkInterfaces, OneWithoutAnAddressOfItsOwnIsNoNetwork) {
+TEST(NetworkInterfaces, AnInterfaceWithoutAGlobalAddressDoesNotCount) {
     EXPECT_FALSE(isUpWith({{upAndRunning, ""}, {upAndRunning, "link"}, {upAndRunning, "fe80::1"}}));
 }
 
-TEST(NetworkInterfaces, AListThatCannotBeHadIsTakenForANetwork) {
+TEST(NetworkInterfaces, AnUnreadableListCountsAsANetwork) {
     canBeListed = false;
     EXPECT_TRUE(isUpWith({}));
     canBeListed = true;

@@ -31,7 +31,7 @@ std::string commandIn(const TemporaryFolder& folder, const std::string& text, mo
     return file;
 }
 
-TEST(Process, GivesTheWholeOutputHeaderAndLastLineBreakIncluded) {
+TEST(Process, ReturnsTheWholeOutput) {
     const std::string arguments[] = {"-h", "/"};
     const auto output = standardOutputOf("/bin/df", arguments);
     ASSERT_TRUE(output);
@@ -53,28 +53,28 @@ TEST(Process, AScriptThatNamesNoInterpreterIsAbsent) {
     EXPECT_EQ(standardOutputOf(commandIn(folder, "echo x\n", 0755), {}), std::nullopt);
 }
 
-TEST(Process, NoNameIsLookedForInThePath) { EXPECT_EQ(standardOutputOf("sh", {}), std::nullopt); }
+TEST(Process, ANameIsNotLookedUpInPath) { EXPECT_EQ(standardOutputOf("sh", {}), std::nullopt); }
 
-TEST(Process, TheExitStatusDoesNotCount) { EXPECT_EQ(shell("echo line; exit 1"), "line\n"); }
+TEST(Process, TheExitStatusIsIgnored) { EXPECT_EQ(shell("echo line; exit 1"), "line\n"); }
 
-TEST(Process, WhatWasPrintedBeforeASignalCounts) { EXPECT_EQ(shell("echo line; kill -9 $$"), "line\n"); }
+TEST(Process, OutputBeforeASignalCounts) { EXPECT_EQ(shell("echo line; kill -9 $$"), "line\n"); }
 
-TEST(Process, ACommandThatPrintsOnStandardErrorOnlyGivesTheEmptyText) { EXPECT_EQ(shell("echo x >&2"), ""); }
+TEST(Process, StandardErrorIsNotOutput) { EXPECT_EQ(shell("echo x >&2"), ""); }
 
-TEST(Process, AMegabyteOnStandardErrorNeitherStopsNorEndsTheCommand) {
+TEST(Process, AMegabyteOnStandardErrorDoesNotStopTheCommand) {
     EXPECT_EQ(shell("head -c 1048576 /dev/zero >&2; echo done"), "done\n");
-    EXPECT_EQ(shell("printf '%1048576s' '' >&2; echo done"), "done\n");  // By the shell itself.
+    EXPECT_EQ(shell("printf '%1048576s' '' >&2; echo done"), "done\n");  // Written by the shell itself.
 }
 
-TEST(Process, BytesArePassedOnAsTheyAre) { EXPECT_EQ(shell(R"(printf '\377\000a')"), std::string("\xFF\0a", 3)); }
+TEST(Process, OutputBytesAreUnchanged) { EXPECT_EQ(shell(R"(printf '\377\000a')"), std::string("\xFF\0a", 3)); }
 
-TEST(Process, AnOutputThatJustFitsThePipeIsGivenWhole) {
+TEST(Process, AnOutputThatJustFitsThePipeIsWhole) {
     const auto output = shell("head -c 65536 /dev/zero");
     ASSERT_TRUE(output);
     EXPECT_EQ(output->size(), 65536U);
 }
 
-TEST(Process, ArgumentsArriveOneByOneAndUntouched) {
+TEST(Process, ArgumentsArriveUnchanged) {
     const TemporaryFolder folder;
     const std::string arguments[] = {"", "a b", "\"quoted\" '$HOME' *", "-n"};
     EXPECT_EQ(standardOutputOf(commandIn(folder, "#!/bin/sh\nprintf '[%s]' \"$@\"\n", 0755), arguments),
@@ -98,15 +98,15 @@ TEST(Process, TheChildInheritsStandardInput) {
 }
 
 TEST(Process, TheChildHasNoDescriptorOfOurs) {
-    const int leaking = dup(STDERR_FILENO);
+    const int leaking = fcntl(STDERR_FILENO, F_DUPFD, STDERR_FILENO + 1);
     ASSERT_GT(leaking, STDERR_FILENO);
     EXPECT_EQ(shell("test -e /proc/self/fd/" + std::to_string(leaking) + " && echo there; true"), "");
     close(leaking);
 }
 
-TEST(Process, TheChildsErrorsGoToAPipeOfTheirOwn) {
+TEST(Process, StandardErrorIsASeparatePipe) {
     const int before = dup(STDERR_FILENO);
-    const int noPipe = open("/dev/null", O_WRONLY);  // Ours is a pipe where a test runner reads it.
+    const int noPipe = open("/dev/null", O_WRONLY);  // A test runner may have made ours a pipe.
     dup2(noPipe, STDERR_FILENO);
     const auto output = shell("test -p /proc/self/fd/2 && test ! /proc/self/fd/1 -ef /proc/self/fd/2 && echo yes");
     dup2(before, STDERR_FILENO);
@@ -138,7 +138,7 @@ TEST(Process, AGrandchildThatHoldsThePipeIsWaitedFor) {
     EXPECT_EQ(shell("(sleep 0.2; echo late) & echo early"), "early\nlate\n");
 }
 
-TEST(Process, TwoAtOnceDoNotHoldEachOthersPipes) {
+TEST(Process, ConcurrentCommandsDoNotInheritEachOthersPipes) {
     std::optional<std::string> slow;
     std::thread other([&] { slow = shell("sleep 0.3; echo slow"); });
     for (int round = 0; round < 20; ++round) EXPECT_EQ(shell("echo quick"), "quick\n");
@@ -150,7 +150,7 @@ TEST(Process, WithoutAFreeDescriptorTheOutputIsAbsent) {
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
     rlimit none = before;
-    none.rlim_cur = 0;  // What is open stays so.
+    none.rlim_cur = 0;  // Open descriptors stay open.
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
     const auto output = shell("echo here");
     setrlimit(RLIMIT_NOFILE, &before);

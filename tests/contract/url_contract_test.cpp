@@ -6,7 +6,7 @@ namespace {
 
 using platform::Url;
 
-TEST(Url, KeepsWhatItTakesByteForByte) {
+TEST(Url, KeepsAValidUrlByteForByte) {
     for (const char* text : {"http://h",
                              "http://h/",
                              "HTTP://HOST/P",
@@ -44,7 +44,7 @@ TEST(Url, KeepsWhatItTakesByteForByte) {
     }
 }
 
-TEST(Url, RefusesWhatBreaksTheGrammar) {
+TEST(Url, RefusesAnInvalidUrl) {
     for (const char* text : {"",
                              " ",
                              " http://h",
@@ -96,7 +96,7 @@ TEST(Url, RefusesANulCharacter) { EXPECT_FALSE(Url::parse(std::string("http://h/
 
 TEST(Url, TakesAPathOfAHundredThousandCharacters) { EXPECT_TRUE(Url::parse("http://h/" + std::string(100000, 'a'))); }
 
-TEST(Url, NamesItsSchemeInLowerCaseAndItsHostAsWritten) {
+TEST(Url, GivesTheSchemeInLowerCaseAndTheHostUnchanged) {
     EXPECT_EQ(Url::parse("HTTP://Host:1/p")->scheme(), "http");
     EXPECT_EQ(Url::parse("AZ+.-09az:x")->scheme(), "az+.-09az");
     EXPECT_EQ(Url::parse("HTTP://Host:1/p")->host(), "Host");

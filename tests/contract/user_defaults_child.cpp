@@ -1,5 +1,5 @@
-// Does with the store what its arguments say, and prints what it is told: "get KEY", "set KEY TEXT", "bool KEY 0|1",
-// "pause" (until a line comes in), one after another.
+// Carries out its arguments in order: "get KEY" prints a value, "set KEY TEXT" and "bool KEY 0|1" store one, "pause"
+// waits for a line of input.
 #include "platform/user_defaults.h"
 
 #include <cstdio>

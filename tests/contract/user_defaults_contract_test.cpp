@@ -15,7 +15,7 @@ using testSupport::quoted;
 using testSupport::shell;
 using testSupport::ShellResult;
 
-// A home of its own; each run is another process, as each start of the program is.
+// Each run() is a new process, like a new start of the program.
 class UserDefaults : public testing::Test {
   protected:
     [[nodiscard]] std::string child() const {
@@ -45,7 +45,7 @@ class UserDefaults : public testing::Test {
 };
 
 TEST_F(UserDefaults, AValueIsOnDiskWhenTheCallReturns) {
-    // The process is killed by the very next thing it does.
+    // The shell kills itself right after the child.
     const ShellResult result = shell("sh -c " + quoted(child() + "set key kept; kill -9 $$"));
     EXPECT_NE(result.status, 0);
     EXPECT_EQ(run("get key"), "[kept]\n");
@@ -56,7 +56,7 @@ TEST_F(UserDefaults, ABooleanIsStoredAsOneOrZero) {
     EXPECT_EQ(run("get yes get no"), "[1]\n[0]\n");
 }
 
-TEST_F(UserDefaults, WhatAnotherProcessStoresIsSeenByARunningOne) {
+TEST_F(UserDefaults, ARunningProcessReadsWhatAnotherStores) {
     const std::string gate = quoted(home_.path() / "gate");
     const std::string script = "mkfifo " + gate + "; " + child() + "get key pause get key <" + gate +
                                " | { read first; " + child() +
@@ -64,8 +64,8 @@ TEST_F(UserDefaults, WhatAnotherProcessStoresIsSeenByARunningOne) {
     EXPECT_EQ(shell(script).output, "none [new]\n");
 }
 
-// The other program puts a new file in the place of the old one between two writes of this one.
-TEST_F(UserDefaults, WhatAnotherProgramWritesMeanwhileStays) {
+// The other program replaces the file between two writes of this one.
+TEST_F(UserDefaults, ChangesByAnotherProgramAreKept) {
     const std::string gate = quoted(home_.path() / "gate");
     const std::string other = quoted(home_.path() / "other");
     const std::string script = "mkfifo " + gate + "; " + child() + "set key first get key pause set later second <" +
@@ -75,14 +75,14 @@ TEST_F(UserDefaults, WhatAnotherProgramWritesMeanwhileStays) {
     EXPECT_EQ(run("get key get other get later"), "[first]\n[kept]\n[second]\n");
 }
 
-TEST_F(UserDefaults, WhatReadsAsOnePlainTextIsAString) {
+TEST_F(UserDefaults, APlainValueIsAString) {
     writeFile("[General]\nnumber=42\nreal=1.5\ntruth=true\nempty=\nquoted=\"a, b\"\nmarked=@String(x)\n");
     EXPECT_EQ(run("get number get real get truth get empty get quoted get marked"),
               "[42]\n[1.5]\n[true]\n[]\n[a, b]\n[x]\n");
 }
 
 TEST_F(UserDefaults, AListBytesADateOrARectangleIsNoString) {
-    // The date is the toolkit's form of 2024-11-02 at noon, in Universal Time.
+    // The date is the toolkit's form of 2024-11-02, 12:00 UTC.
     const std::map<std::string, std::string> values = {
         {"list", "a, b"},
         {"empties", ","},
@@ -110,7 +110,7 @@ TEST_F(UserDefaults, ProcessesThatStoreDifferentKeysAtOnceLoseNone) {
     for (int key = 0; key < 8; ++key) EXPECT_EQ(run("get key" + std::to_string(key)), "[value]\n") << key;
 }
 
-TEST_F(UserDefaults, AnEmptyOrCorruptFileReadsAsNothingAndIsWrittenAnew) {
+TEST_F(UserDefaults, AnEmptyOrCorruptFileIsReplaced) {
     for (const char* text : {"", "\x01\xFF[[[\nno equals sign\n=\n%%%=%%%\n"}) {
         writeFile(text);
         EXPECT_EQ(run("get key set key value get key"), "none\n[value]\n") << text;
@@ -118,7 +118,7 @@ TEST_F(UserDefaults, AnEmptyOrCorruptFileReadsAsNothingAndIsWrittenAnew) {
     }
 }
 
-TEST_F(UserDefaults, WithAFolderInTheFilesPlaceValuesLiveAsLongAsTheProcess) {
+TEST_F(UserDefaults, WithAFolderInTheFilesPlaceValuesLastForTheProcess) {
     std::filesystem::create_directories(file());
     EXPECT_EQ(run("set key value get key"), "[value]\n");
     EXPECT_EQ(run("get key"), "none\n");
@@ -126,13 +126,13 @@ TEST_F(UserDefaults, WithAFolderInTheFilesPlaceValuesLiveAsLongAsTheProcess) {
 
 TEST_F(UserDefaults, ALockFileOfADeadProcessIsIgnored) {
     std::filesystem::create_directories(folder());
-    // What it would leave behind while the file is written: the toolkit's lock, of a process that no longer runs.
+    // The toolkit's lock file of a process that was killed while it wrote.
     std::ofstream(folder() / "hardware-detector.conf.lock") << "999999\nuser_defaults_child\n\n\n";
     EXPECT_EQ(run("set key value"), "");
     EXPECT_EQ(run("get key"), "[value]\n");
 }
 
-TEST_F(UserDefaults, AConfigurationFolderThatTheUserNamesIsUsed) {
+TEST_F(UserDefaults, XdgConfigHomeIsUsed) {
     const std::filesystem::path named = home_.path() / "named";
     EXPECT_EQ(
         shell("XDG_CONFIG_HOME=" + quoted(named) + " HOME=" + quoted(home_.path()) + " " CHILD_PATH " set key value")

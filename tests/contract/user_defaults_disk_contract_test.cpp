@@ -28,7 +28,7 @@ class UserDefaultsOnDisk : public testing::Test {
         return result.output;
     }
 
-    // With mounts of its own. In the script, "$child" is the child's path.
+    // Runs a script in a mount namespace of its own. "$child" is the child's path.
     [[nodiscard]] static std::string runApart(const std::string& script) {
         const ShellResult result = shellWithOwnMounts("set -e; child=" CHILD_PATH "\n" + script);
         EXPECT_EQ(result.status, 0) << script;
@@ -45,7 +45,7 @@ class UserDefaultsOnDisk : public testing::Test {
     testSupport::TemporaryFolder home_;
 };
 
-TEST_F(UserDefaultsOnDisk, EveryTextComesBackByteForByteInTheNextProcess) {
+TEST_F(UserDefaultsOnDisk, TheNextProcessReadsEveryTextByteForByte) {
     const std::vector<std::string> texts = {"@ByteArray(x)",
                                             "@Invalid()",
                                             "@String(x)",
@@ -94,13 +94,13 @@ TEST_F(UserDefaultsOnDisk, EveryTextComesBackByteForByteInTheNextProcess) {
         gets += "get " + key + " ";
         expected += "[" + texts[at] + "]\n";
     }
-    // The arguments of one command hold no more than this.
+    // The longest argument of a command.
     ASSERT_LT(sets.size(), 130'000U);
     EXPECT_EQ(run(sets + gets), expected);
     EXPECT_EQ(run(gets), expected);
 }
 
-TEST_F(UserDefaultsOnDisk, KeysThatNeedEscapingAreToldApart) {
+TEST_F(UserDefaultsOnDisk, KeysThatNeedEscapingAreDistinct) {
     const std::string gets = "get a.b_c get a/b get a get '%41' get A get 'ä key' get 'a=b' get '[x]' get '#'";
     const std::string expected = "[1]\n[2]\n[3]\n[4]\n[5]\n[6]\n[7]\n[8]\n[9]\n";
     EXPECT_EQ(run("set a.b_c 1 set a/b 2 set a 3 set '%41' 4 set A 5 set 'ä key' 6 set 'a=b' 7 set '[x]' 8 set '#' 9 " +
@@ -116,7 +116,7 @@ TEST_F(UserDefaultsOnDisk, TheFileStaysPrivateToItsOwner) {
     EXPECT_EQ(mode(), 0600U);
 }
 
-TEST_F(UserDefaultsOnDisk, AFileThatOthersCouldReadBecomesPrivateAtTheFirstLook) {
+TEST_F(UserDefaultsOnDisk, AFileReadableByOthersBecomesPrivateOnFirstUse) {
     std::filesystem::create_directories(file().parent_path());
     std::ofstream(file()) << "[General]\nkey=old\n";
     std::filesystem::permissions(file(), std::filesystem::perms(0666));
@@ -129,7 +129,7 @@ TEST_F(UserDefaultsOnDisk, ANewFolderIsPrivateToItsOwner) {
     EXPECT_EQ(std::filesystem::status(file().parent_path()).permissions(), std::filesystem::perms::owner_all);
 }
 
-TEST_F(UserDefaultsOnDisk, AFolderThatIsOpenToOthersIsClosedToThemAtTheFirstLook) {
+TEST_F(UserDefaultsOnDisk, AFolderOpenToOthersBecomesPrivateOnFirstUse) {
     std::filesystem::create_directories(file().parent_path());
     std::filesystem::permissions(file().parent_path(), std::filesystem::perms::all);
     EXPECT_EQ(run("get key"), "none\n");
@@ -138,7 +138,7 @@ TEST_F(UserDefaultsOnDisk, AFolderThatIsOpenToOthersIsClosedToThemAtTheFirstLook
 
 constexpr const char* valuesOfThisRun = "get key set key new get key bool flag 1 get flag";
 
-// A pipe that nobody writes to would be read for ever.
+// Reading a pipe without a writer would hang.
 TEST_F(UserDefaultsOnDisk, APipeInTheFilesPlaceIsLeftAlone) {
     std::filesystem::create_directories(file().parent_path());
     ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
@@ -146,7 +146,7 @@ TEST_F(UserDefaultsOnDisk, APipeInTheFilesPlaceIsLeftAlone) {
     EXPECT_TRUE(std::filesystem::is_fifo(file()));
 }
 
-// The toolkit would wait for it without end.
+// The toolkit would wait for such a lock forever.
 TEST_F(UserDefaultsOnDisk, AFolderOrAPipeInTheLocksPlaceIsLeftAlone) {
     const std::filesystem::path lock = file().string() + ".lock";
     std::filesystem::create_directories(lock);
@@ -169,7 +169,7 @@ TEST_F(UserDefaultsOnDisk, ALinkInTheFilesPlaceAndItsTargetAreLeftAlone) {
     EXPECT_EQ(text.str(), "[General]\nkey=another program's\n");
 }
 
-// A home with "old" under "key", and no room for anything more while the ballast is there.
+// A home on a full disk, with "old" stored under "key". Removing the ballast makes room.
 constexpr const char* fullDisk = R"sh(
 mount -t tmpfs -o size=64k none "$HOME"
 cd "$HOME"
@@ -179,7 +179,7 @@ head -c 1000000 /dev/zero >ballast 2>/dev/null || true
 if { echo x >room; } 2>/dev/null; then exit 9; fi
 )sh";
 
-TEST_F(UserDefaultsOnDisk, OnAFullDiskNewValuesLiveAsLongAsTheProcess) {
+TEST_F(UserDefaultsOnDisk, OnAFullDiskNewValuesLastForTheProcess) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     EXPECT_EQ(runApart(std::string(fullDisk) + R"sh(
                        $child get key set other first get other set key new get key get other
@@ -189,7 +189,7 @@ TEST_F(UserDefaultsOnDisk, OnAFullDiskNewValuesLiveAsLongAsTheProcess) {
 
 TEST_F(UserDefaultsOnDisk, AFullDiskStoresAgainOnceThereIsRoom) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
-    // Opened for both directions, the gate needs nobody at its other end yet.
+    // Opening the gate for reading and writing does not block.
     EXPECT_EQ(runApart(std::string(fullDisk) + R"sh(
                        $child set key new get key pause set other text <>gate | {
                            read shown
@@ -202,7 +202,7 @@ TEST_F(UserDefaultsOnDisk, AFullDiskStoresAgainOnceThereIsRoom) {
               "[new]\n[new]\n[text]\n");
 }
 
-TEST_F(UserDefaultsOnDisk, OnAReadOnlyDiskNewValuesLiveAsLongAsTheProcess) {
+TEST_F(UserDefaultsOnDisk, OnAReadOnlyDiskNewValuesLastForTheProcess) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     EXPECT_EQ(runApart(R"sh(
                        $child set key old
@@ -213,8 +213,8 @@ TEST_F(UserDefaultsOnDisk, OnAReadOnlyDiskNewValuesLiveAsLongAsTheProcess) {
               "[old]\n[new]\n[first]\n[1]\n[old]\nnone\nnone\n");
 }
 
-// The root of the system is where a program without a home would look; here it cannot be written.
-TEST_F(UserDefaultsOnDisk, WithoutAHomeValuesLiveAsLongAsTheProcess) {
+// Without a home the program would use the root folder, which is read-only here.
+TEST_F(UserDefaultsOnDisk, WithoutAHomeValuesLastForTheProcess) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;
     for (const char* environment : {"env -u HOME", "env HOME= XDG_CONFIG_HOME=", "env HOME=/nonexistent"}) {
         EXPECT_EQ(runApart(std::string("mount -o remount,bind,ro /\n") + environment +
@@ -235,7 +235,7 @@ TEST_F(UserDefaultsOnDisk, AFileInAFoldersPlaceIsLeftAlone) {
     }
 }
 
-TEST_F(UserDefaultsOnDisk, AHomeWithoutItsFoldersGetsThem) {
+TEST_F(UserDefaultsOnDisk, MissingFoldersAreMade) {
     setenv("HOME", (home_.path() / "not/made yet").c_str(), 1);
     EXPECT_EQ(run("set key value"), "");
     EXPECT_TRUE(std::filesystem::exists(home_.path() / "not/made yet/.config/velmora/hardware-detector.conf"));

@@ -1,4 +1,4 @@
-// The page that the website names opens in a real browser, by the desktop's own opener.
+// Opens the results page in a real browser by the desktop's own opener.
 #include <filesystem>
 #include <fstream>
 
@@ -10,8 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A browser that writes down the page it has opened, as it stands in its memory, and ends. It runs as root, too, asks
-// for no name outside of this machine, and keeps its files to itself.
+// Prints the rendered page and ends. It runs as root too, and looks up no host names.
 constexpr const char* browserCommand =
     "/usr/bin/chromium --headless=new --dump-dom --no-sandbox --disable-gpu --disable-quic "
     "--disable-background-networking --disable-component-update --disable-sync --no-first-run "
@@ -27,7 +26,7 @@ class Browser : public Surroundings {
         chooseBrowser();
     }
 
-    // As the settings of a desktop do.
+    // Makes it the desktop's default browser.
     void chooseBrowser() const {
         const fs::path script = folder_.path() / "browser";
         std::ofstream(script) << "#!/bin/sh\nexec " << browserCommand
@@ -47,7 +46,7 @@ class Browser : public Surroundings {
     Fifo page_{folder_.path() / "page"};
 };
 
-TEST_F(Browser, ThePageThatTheWebsiteNamedOpensAndShowsTheMachine) {
+TEST_F(Browser, ShowsTheSubmittedHardware) {
     Program website(
         {.path = WEBSITE_STAND_IN_PROGRAM, .environment = {}, .arguments = {std::to_string(websitePort())}});
     ASSERT_TRUE(website.waitForLine("Listening on " + base())) << website.bytes(Stream::error);

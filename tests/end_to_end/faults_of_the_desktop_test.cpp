@@ -1,4 +1,4 @@
-// What happens to the program when parts of the desktop are missing or misbehave.
+// Faults of the desktop: missing displays, buses and signals.
 #include "tests/end_to_end/rig/keyboard.h"
 #include "tests/end_to_end/rig/program_window.h"
 #include "tests/end_to_end/surroundings.h"
@@ -10,14 +10,14 @@ constexpr ExitStatus success{ExitStatus::Kind::status, 0};
 
 class DesktopFault : public Surroundings {
   protected:
-    // By keyboard, since no elements can be asked for.
+    // By keyboard, since the program exports no elements here.
     void expectDetectionByKeyboard(const Program::Setting& setting) {
         const ScriptedServer server(website({}), websitePort());
         Program program(setting);
         ASSERT_EQ(program.failure(), std::nullopt);
         const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
         ASSERT_TRUE(shown);
-        shown->giveKeyboard();
+        shown->focus();
         ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
         Keyboard keyboard(session().display());
         keyboard.press("Tab");
@@ -30,10 +30,10 @@ class DesktopFault : public Surroundings {
 
 TEST_F(DesktopFault, AParentThatIgnoresSigchldDoesNotChangeTheOutcome) {
     const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
-    Program::Setting deaf = setting();
-    deaf.arguments = {"--ignore-signal=CHLD", deaf.path};
-    deaf.path = "/usr/bin/env";
-    Program program(deaf);
+    Program::Setting ignoring = setting();
+    ignoring.arguments = {"--ignore-signal=CHLD", ignoring.path};
+    ignoring.path = "/usr/bin/env";
+    Program program(ignoring);
     const AccessibleProgram window(program.pid());
     EXPECT_TRUE(press(window, "Detect Hardware"));
     EXPECT_TRUE(press(window, "Send to Website"));
@@ -42,9 +42,9 @@ TEST_F(DesktopFault, AParentThatIgnoresSigchldDoesNotChangeTheOutcome) {
 }
 
 TEST_F(DesktopFault, WithoutAnAccessibilityBusTheKeyboardStillWorks) {
-    Program::Setting deaf = setting();
-    deaf.environment["AT_SPI_BUS_ADDRESS"] = "unix:path=/nowhere/at/all";
-    expectDetectionByKeyboard(deaf);
+    Program::Setting busless = setting();
+    busless.environment["AT_SPI_BUS_ADDRESS"] = "unix:path=/nowhere/at/all";
+    expectDetectionByKeyboard(busless);
 }
 
 TEST_F(DesktopFault, WithoutASessionBusTheKeyboardStillWorks) {
@@ -53,11 +53,11 @@ TEST_F(DesktopFault, WithoutASessionBusTheKeyboardStillWorks) {
     expectDetectionByKeyboard(busless);
 }
 
-TEST_F(DesktopFault, WithoutADisplayTheProgramSaysSoAndEnds) {
+TEST_F(DesktopFault, WithoutADisplayTheProgramReportsAnErrorAndEnds) {
     for (const char* display : {"", ":99", "nowhere.invalid:0"}) {
-        Program::Setting blind = setting();
-        blind.environment["DISPLAY"] = display;
-        Program program(blind);
+        Program::Setting displayless = setting();
+        displayless.environment["DISPLAY"] = display;
+        Program program(displayless);
         EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 1})) << display;
         EXPECT_EQ(program.bytes(Stream::output), "") << display;
         EXPECT_NE(program.bytes(Stream::error).find("display"), std::string::npos) << program.bytes(Stream::error);

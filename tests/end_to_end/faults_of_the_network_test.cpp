@@ -1,4 +1,4 @@
-// What happens to a submission when the website cannot be reached or is not the one it should be.
+// Submissions to a website that cannot be reached or trusted.
 #include <fcntl.h>
 #include <linux/if_tun.h>
 #include <net/if.h>
@@ -25,7 +25,7 @@ using Lines = std::vector<std::string>;
 
 constexpr const char* refused = R"({"success": false, "error": "x"})";
 
-// While it lives, the test's network has an interface that seems to lead somewhere.
+// Adds an interface with an address to the test's network; the destructor removes it.
 class SecondInterface {
   public:
     SecondInterface() : tunnel_(open("/dev/net/tun", O_RDWR | O_CLOEXEC)) {
@@ -36,7 +36,7 @@ class SecondInterface {
         const Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
         sockaddr_in address{};
         address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(0xC0000201);  // 192.0.2.1, nobody's
+        address.sin_addr.s_addr = htonl(0xC0000201);  // 192.0.2.1, reserved for documentation
         std::memcpy(&request.ifr_addr, &address, sizeof address);
         EXPECT_EQ(ioctl(socket.number(), SIOCSIFADDR, &request), 0);
         request.ifr_flags = IFF_UP | IFF_RUNNING;
@@ -49,7 +49,7 @@ class SecondInterface {
 
 class NetworkFault : public Surroundings {
   protected:
-    // The log from the press of "Send to Website" on, without the line that names the endpoint.
+    // The log of one submission, without its first line, which names the endpoint.
     Lines linesOfASubmissionTo(const std::string& address, const Program::Setting& setting) {
         const ScriptedServer server(website({}), websitePort());
         Program program(setting);
@@ -81,7 +81,7 @@ TEST_F(NetworkFault, AMachineWithoutANetworkIsOffline) {
               networkError("The Internet connection appears to be offline."));
 }
 
-// There is a network, but no name server that knows the name.
+// The machine has a network, but no name server.
 TEST_F(NetworkFault, AHostThatIsNotFoundIsAnError) {
     if (const auto& refusal = whyNoOwnNamespaces()) GTEST_SKIP() << *refusal;
     if (access("/dev/net/tun", R_OK | W_OK) != 0) GTEST_SKIP() << "needs to read and write /dev/net/tun";
@@ -105,7 +105,7 @@ TEST_F(NetworkFault, AWebsiteOnIpv6IsReached) {
     addrinfo* found = nullptr;
     addrinfo wanted{};
     wanted.ai_family = AF_INET6;
-    if (getaddrinfo("localhost", nullptr, &wanted, &found) == 0) {  // Not without a file /etc/hosts.
+    if (getaddrinfo("localhost", nullptr, &wanted, &found) == 0) {  // Fails without /etc/hosts.
         hosts.emplace_back("localhost");
         freeaddrinfo(found);
     }
@@ -116,7 +116,7 @@ TEST_F(NetworkFault, AWebsiteOnIpv6IsReached) {
     }
 }
 
-// A server at "https://127.0.0.1", and a machine that trusts nothing but the certificate made for it.
+// A server at "https://127.0.0.1", on a machine that trusts only this server's certificate.
 class TlsFault : public NetworkFault {
   protected:
     void SetUp() override {
@@ -146,7 +146,7 @@ class TlsFault : public NetworkFault {
         ASSERT_TRUE(isTrusted_);
     }
 
-    // Whoever connects gets the answer as soon as the connection stands, whatever it asks.
+    // Sends the answer on each connection, whatever the request.
     void serve(const std::string& answer, const std::string& options = "") {
         const std::filesystem::path pipe = home_.path() / "answer";
         std::filesystem::remove(pipe);
@@ -215,7 +215,7 @@ TEST_F(TlsFault, AnExpiredCertificateIsRefused) {
 TEST_F(TlsFault, AnOldProtocolIsRefused) {
     trustCertificateFor("IP:127.0.0.1");
     serve(answerBytes(500, refused), "-tls1_1 -cipher ALL:@SECLEVEL=0");
-    // So that the library itself would accept it.
+    // Makes the TLS library itself accept it.
     const std::filesystem::path lax = home_.path() / "openssl.cnf";
     std::ofstream(lax) << "openssl_conf = all\n[all]\nssl_conf = ssl\n[ssl]\nsystem_default = lax\n"
                           "[lax]\nMinProtocol = TLSv1\nCipherString = ALL:@SECLEVEL=0\n";

@@ -1,8 +1,7 @@
-// Does the main job with the program on a display of its own, as a person would, and leaves a picture of each state:
+// Does the main job with the program on a virtual display and saves a picture of each state:
 //   guided-tour PROGRAM COMMANDS PICTURES [SCALE]
-// The commands are those of a Mac: a folder for startingCommandsIn(). With a scale it is a Wayland desktop, whose
-// screen has that scale; else an X display. The program's log goes to standard output. Exits with 0 when every step
-// went well.
+// COMMANDS is a folder for startingCommandsIn(). With SCALE it uses a Wayland desktop of that scale, otherwise an X
+// display. Prints the program's log. Exits with 0 if every step succeeds.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -21,7 +20,7 @@
 namespace end_to_end {
 namespace {
 
-// A display without a browser: what would be opened stands in the log.
+// There is no browser; the log names the page.
 int tour(const std::string& programPath, const std::string& commands, const std::string& folder,
          std::optional<double> scale) {
     const DesktopSession session;
@@ -75,7 +74,7 @@ int tour(const std::string& programPath, const std::string& commands, const std:
     went = went && exit == ExitStatus{ExitStatus::Kind::status, 0};
 
     for (const std::string& line : program.log()) std::printf("%s\n", line.c_str());
-    if (!went) std::fprintf(stderr, "A step did not go well. The window, as it was:\n%s\n", window.tree().c_str());
+    if (!went) std::fprintf(stderr, "A step failed. The window at the end:\n%s\n", window.tree().c_str());
     return went ? 0 : 1;
 }
 

@@ -1,4 +1,4 @@
-// How much memory an answer takes, and what happens when there is none for it.
+// The memory that a large answer takes, and what happens without enough memory.
 #include <sys/resource.h>
 
 #include <fstream>
@@ -32,7 +32,7 @@ std::string bodyOf(const Shape& shape) {
     return body + shape.end;
 }
 
-// Characters that take two bytes there and three in UTF-8.
+// Repeats a character of two bytes in UTF-16 and three in UTF-8.
 Shape inUtf16(const char* name, const std::string& beginning) {
     const auto wide = [](const std::string& ascii) {
         std::string bytes;
@@ -43,14 +43,14 @@ Shape inUtf16(const char* name, const std::string& beginning) {
 }
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define SKIP_WITH_SANITIZERS GTEST_SKIP() << "a sanitizer takes memory of its own"
+#define SKIP_WITH_SANITIZERS GTEST_SKIP() << "sanitizers use memory of their own"
 #else
 #define SKIP_WITH_SANITIZERS static_cast<void>(0)
 #endif
 
 class LargeAnswer : public Surroundings, public testing::WithParamInterface<Shape> {};
 
-TEST_P(LargeAnswer, TakesThreeTimesItsSizeAtMost) {
+TEST_P(LargeAnswer, TakesAtMostThreeTimesItsSize) {
     SKIP_WITH_SANITIZERS;
     const std::string body = bodyOf(GetParam());
     const ScriptedServer server(website({Send{answerBytes(200, body)}}), websitePort());
@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Shape{"LongHardwareId", R"({"success":true,"hardware_id":")", "x", "\"}"}),
     nameOf);
 
-// The bytes of memory that the program may take beyond those it has.
+// Lets the program allocate at most `bytes` more.
 void leaveMemory(const Program& program, std::size_t bytes) {
     std::ifstream status("/proc/" + std::to_string(program.pid()) + "/status");
     for (std::string line; std::getline(status, line);) {
@@ -98,8 +98,8 @@ void leaveMemory(const Program& program, std::size_t bytes) {
     }
 }
 
-// The submission's answer is held back until the test lets it go.
-class HeldBackAnswer : public Surroundings {
+// The website answers a submission once the test sets `release_`.
+class DelayedAnswer : public Surroundings {
   protected:
     void startAndSend(const Script& answer) {
         server_ = std::make_unique<ScriptedServer>(
@@ -122,7 +122,7 @@ class HeldBackAnswer : public Surroundings {
     std::unique_ptr<AccessibleProgram> window_;
 };
 
-TEST_F(HeldBackAnswer, WithoutMemoryForItIsAnErrorOfThatAnswerAlone) {
+TEST_F(DelayedAnswer, AnAnswerTooLargeForMemoryFailsAndTheProgramGoesOn) {
     SKIP_WITH_SANITIZERS;
     startAndSend({Send{answerBytes(200, std::string(size, 'x'))}});
     leaveMemory(*program_, size / 2);
@@ -132,7 +132,7 @@ TEST_F(HeldBackAnswer, WithoutMemoryForItIsAnErrorOfThatAnswerAlone) {
     EXPECT_TRUE(window_->field()->setText("http://still.alive.example"));
 }
 
-TEST_F(HeldBackAnswer, IsRefusedWhenItIsABombWhileTheWindowResponds) {
+TEST_F(DelayedAnswer, AGzipBombIsRefusedWhileTheWindowResponds) {
     startAndSend(testSupport::gzipBomb());
     release_.set_value();
     ASSERT_TRUE(press(*window_, "Detect Hardware"));
@@ -144,7 +144,7 @@ TEST_F(HeldBackAnswer, IsRefusedWhenItIsABombWhileTheWindowResponds) {
     constexpr std::size_t mebibyte = std::size_t{1} << 20;
     RecordProperty("peak_mebibytes", static_cast<int>(peak / mebibyte));
 #ifndef __SANITIZE_ADDRESS__
-    EXPECT_LT(peak, (256 + 128) * mebibyte);  // The largest answer, and the program.
+    EXPECT_LT(peak, (256 + 128) * mebibyte);  // The largest answer and the program.
 #endif
 }
 

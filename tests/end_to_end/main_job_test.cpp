@@ -1,4 +1,4 @@
-// The main job, done with the real program: detect, read the rows, send, open the page.
+// The main job: detect, show the rows, send, open the page.
 #include <future>
 
 #include "tests/end_to_end/rig/announcements.h"
@@ -72,7 +72,7 @@ TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
     const AccessibleProgram window(program.pid());
     const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
     ASSERT_TRUE(shown);
-    shown->giveKeyboard();
+    shown->focus();
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
 
     Keyboard keyboard(session().display());
@@ -101,10 +101,10 @@ TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
 }
 
 TEST_F(MainJob, EachBannerIsAnnouncedToScreenReaders) {
-    std::promise<void> sendingWasHeard;
+    std::promise<void> sendingWasAnnounced;
     ScriptedServer server(
-        [&, heard = sendingWasHeard.get_future().share()](const RecordedRequest& request) -> Script {
-            if (request.target() == "/save-detected-hardware/") heard.wait();
+        [&, announced = sendingWasAnnounced.get_future().share()](const RecordedRequest& request) -> Script {
+            if (request.target() == "/save-detected-hardware/") announced.wait();
             return {Send{answerBytes(500, "{}")}};
         },
         websitePort());
@@ -121,7 +121,7 @@ TEST_F(MainJob, EachBannerIsAnnouncedToScreenReaders) {
     EXPECT_TRUE(heard(1));
     EXPECT_TRUE(press(window, "Send to Website"));
     EXPECT_TRUE(heard(2));
-    sendingWasHeard.set_value();
+    sendingWasAnnounced.set_value();
     EXPECT_TRUE(heard(3));
     EXPECT_EQ(announcements.words(),
               (std::vector<std::string>{"Hardware detected successfully!", "Sending hardware data...",
@@ -156,7 +156,7 @@ TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
 
     const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
     ASSERT_TRUE(shown);
-    shown->giveKeyboard();
+    shown->focus();
     Keyboard(session().display()).press("Ctrl+q");
 
     EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));

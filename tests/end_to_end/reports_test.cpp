@@ -1,4 +1,4 @@
-// The two reports of a program that starts: whose id and which day they carry, and who waits for them.
+// The two reports at the start: their id and date, and that the window waits for the first.
 #include <fstream>
 
 #include "tests/end_to_end/rig/keyboard.h"
@@ -10,7 +10,7 @@ namespace {
 
 using Reports = Surroundings;
 
-TEST_F(Reports, TheDeviceIdAndTheDateOutliveTheProgram) {
+TEST_F(Reports, KeepDeviceIdAndDateAcrossStarts) {
     ScriptedServer server(website({}), websitePort());
     for (int start = 0; start < 2; ++start) {
         Program program(setting());
@@ -28,7 +28,7 @@ TEST_F(Reports, TheDeviceIdAndTheDateOutliveTheProgram) {
 }
 
 TEST_F(Reports, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
-    if (!std::ifstream("/etc/machine-id").ignore(32)) GTEST_SKIP() << "this machine has no UUID that both could tell";
+    if (!std::ifstream("/etc/machine-id").ignore(32)) GTEST_SKIP() << "needs /etc/machine-id";
     ScriptedServer server(website({}), websitePort());
     const Program::Setting both = setting();
     Program first(both);
@@ -53,15 +53,15 @@ TEST_F(Reports, TheWindowDoesNotRespondWhileTheInstallReportIsOutstanding) {
     ASSERT_TRUE(shown);
     ASSERT_TRUE(server.waitForRequests(1));
 
-    // Whichever element has the keyboard: the button is one of these. Only the first of three presses may count.
-    shown->giveKeyboard();
+    // One of the four elements is the button. Only the first of three presses may count.
+    shown->focus();
     Keyboard keyboard(session().display());
     for (int element = 0; element < 4; ++element) {
         for (int time = 0; time < 3; ++time) ASSERT_TRUE(keyboard.press("space"));
         ASSERT_TRUE(keyboard.press("Tab"));
     }
 
-    // The report is given up after ten seconds. A window that responded would have run the command long before.
+    // The report times out after ten seconds. A responsive window would have run the command long before.
     ASSERT_TRUE(machine_.waitForRuns(1));
     EXPECT_TRUE(program.waitForLine("❌ Install tracking error: The request timed out.", std::chrono::seconds(3)));
     EXPECT_TRUE(waitFor([&] { return AccessibleProgram(program.pid()).button("Detecting...").has_value(); }));

@@ -28,7 +28,7 @@ class Trust : public Surroundings {
     [[nodiscard]] std::filesystem::path mark() const { return home_.path() / "an-impostor-ran"; }
 };
 
-TEST_F(Trust, NoFolderAndNoVariableReplacesACommand) {
+TEST_F(Trust, NeitherAFolderNorAVariableReplacesACommand) {
     const ScriptedServer server(website({}), websitePort());
     const std::filesystem::path impostors = makeImpostors();
     std::filesystem::current_path(impostors);

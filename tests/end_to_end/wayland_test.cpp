@@ -15,7 +15,7 @@ namespace {
 class Wayland : public Surroundings {
   protected:
     void SetUp() override {
-        if (const auto reason = WaylandDesktop::whyNone()) GTEST_SKIP() << *reason;
+        if (const auto reason = WaylandDesktop::whyUnavailable()) GTEST_SKIP() << *reason;
         Surroundings::SetUp();
     }
 
@@ -35,8 +35,8 @@ std::optional<WaylandDesktop::Window> waitForWindow(const WaylandDesktop& deskto
     return window;
 }
 
-// The width of the largest picture that the program has handed to the desktop, in pixels. With WAYLAND_DEBUG its
-// requests stand on standard error: create_buffer(new id, offset, width, height, ...).
+// The width in pixels of the largest buffer that the program has given to the desktop. With WAYLAND_DEBUG the program
+// prints its requests on standard error: create_buffer(new id, offset, width, height, ...).
 int widthOfTheLargestBuffer(const Program& program) {
     const std::string requests = program.bytes(Stream::error);
     const std::string request = ".create_buffer(";
@@ -61,9 +61,9 @@ TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
     const WaylandDesktop desktop(scale);
     ASSERT_EQ(desktop.failure(), std::nullopt);
     const ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
-    Program::Setting talkative = settingOn(desktop);
-    talkative.environment["WAYLAND_DEBUG"] = "1";
-    Program program(talkative);
+    Program::Setting debugging = settingOn(desktop);
+    debugging.environment["WAYLAND_DEBUG"] = "1";
+    Program program(debugging);
     ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
 
@@ -72,7 +72,7 @@ TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
     EXPECT_EQ(shown->width, 600);
     EXPECT_EQ(shown->height, 500);
     EXPECT_FALSE(shown->hasTitleBar);
-    // Before Qt 6.5 it is the next whole scale.
+    // Qt before 6.5 draws at the next whole scale.
     EXPECT_TRUE(waitFor([&] {
         const int width = widthOfTheLargestBuffer(program);
         return width == 600 * scale || width == 600 * std::ceil(scale);
@@ -85,7 +85,7 @@ TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
     EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
 }
 
-TEST_F(Wayland, TheWindowIsThereWhileTheInstallReportIsWaitedFor) {
+TEST_F(Wayland, TheWindowIsShownBeforeTheInstallReportIsAnswered) {
     const WaylandDesktop desktop;
     ASSERT_EQ(desktop.failure(), std::nullopt);
     std::promise<void> windowWasSeen;
@@ -102,7 +102,7 @@ TEST_F(Wayland, TheWindowIsThereWhileTheInstallReportIsWaitedFor) {
     EXPECT_TRUE(program.waitForLine("✅ Install tracked successfully"));
 }
 
-TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
+TEST_F(Wayland, DraggingTheBackgroundMovesTheWindowAndTheNextClickPresses) {
     const WaylandDesktop desktop;
     ASSERT_EQ(desktop.failure(), std::nullopt);
     WaylandPointer pointer(desktop.display(), desktop.width(), desktop.height());
@@ -113,7 +113,7 @@ TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
     ASSERT_TRUE(before);
     ASSERT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
 
-    // How far the pointer has to move before the window follows is left open.
+    // The desktop decides how far the pointer moves before the window follows.
     constexpr int held = 400;
     pointer.moveTo(before->x + 300, before->y + held);
     pointer.holdButton();
@@ -132,7 +132,7 @@ TEST_F(Wayland, TheBackgroundMovesTheWindowAndTheNextClickPresses) {
     EXPECT_EQ(after->x, following->x - 100);
     EXPECT_EQ(after->y, following->y - 50);
 
-    // In the middle of "Detect Hardware" as long as there is nothing but that.
+    // The middle of "Detect Hardware" while the window shows no list and no banner.
     pointer.click(after->x + 300, after->y + 186);
     EXPECT_TRUE(shows(AccessibleProgram(program.pid()), "Hardware detected successfully!"));
 }

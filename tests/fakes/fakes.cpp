@@ -26,7 +26,7 @@ void happened(std::string event) {
     machine().events.push_back(std::move(event));
 }
 
-// One thread for all requests, as the real session has.
+// One thread for all requests, like the real session.
 class Session {
   public:
     static Session& shared() {
@@ -67,7 +67,7 @@ class Session {
 
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<std::function<void()>> works_;  // The first one is being done.
+    std::deque<std::function<void()>> works_;  // The first one is running.
     std::thread thread_{[this] { run(); }};
 };
 
@@ -94,7 +94,7 @@ platform::HttpResult failed(std::string description, std::string details) {
 }
 
 Machine& machine() {
-    static Machine& theMachine = *new Machine;  // Never destroyed: the session's thread may outlive main.
+    static Machine& theMachine = *new Machine;  // Never destroyed, since the session's thread may outlive main().
     return theMachine;
 }
 

@@ -1,4 +1,4 @@
-// Fakes of the platform's services: they keep what they are asked, and the test says what they answer.
+// Fakes of the platform's services: they record calls, and the test sets their results.
 #pragma once
 
 #include <chrono>
@@ -17,13 +17,13 @@ namespace fakes {
 [[nodiscard]] platform::HttpResult answered(int statusCode, std::string body);
 [[nodiscard]] platform::HttpResult failed(std::string description, std::string details = "details");
 
-// One machine for one test: made anew by reset().
+// The state of all fakes; reset() restores it.
 struct Machine {
-    // process.h: what a command line ("/bin/df -h /") prints; one that is not here cannot be started.
+    // process.h: the output for each command line ("/bin/df -h /"); other commands do not exist.
     std::map<std::string, std::string> commands;
     std::vector<std::string> commandsRun;
 
-    // http.h: asked for each request, on the session's thread.
+    // http.h: called for each request, on the session's thread.
     std::function<platform::HttpResult(const platform::HttpRequest&)> website = [](const auto&) {
         return failed("no website");
     };
@@ -41,16 +41,16 @@ struct Machine {
     int registryQueries = 0;
     int randomUuids = 0;  // 00000000-0000-4000-8000-000000000001, ...000002
 
-    // user_defaults.h: everything as text.
+    // user_defaults.h: all values as text.
     std::map<std::string, std::string> defaults;
-    std::function<void()> beforeStore = [] {};  // What others do just before a value is stored.
+    std::function<void()> beforeStore = [] {};  // Called before each value is stored.
 
-    // date.h: the texts of one call after another, the last one for all that follow.
+    // date.h: the result of each call in turn; the last one repeats.
     std::vector<std::string> dates = {"2026-11-20"};
     std::vector<std::string> datePatterns;
 
-    // dispatch.h: posted and not run yet.
-    std::function<void()> whenPosting = [] {};  // Called before each post to the main queue, on the thread that posts.
+    // dispatch.h: the work that has not run yet.
+    std::function<void()> whenPosting = [] {};  // Called before each post to the main queue, on the posting thread.
     std::vector<platform::Work> mainQueue;
     std::vector<std::pair<std::chrono::milliseconds, platform::Work>> delayed;
     std::vector<platform::Work> background;
@@ -58,19 +58,19 @@ struct Machine {
     // log.h
     std::vector<std::string> log;
 
-    // What happened across services, in order: "log ...", "request PATH", "store KEY", "open URL", "post".
+    // The events of all services, in order: "log ...", "request URL", "store KEY", "open URL", "post".
     std::vector<std::string> events;
 };
 
 [[nodiscard]] Machine& machine();
 
-// Waits until every request has been answered and every answer handled.
+// Waits until all requests are answered and all handlers have returned.
 void waitForSession();
 
-// The same, then starts afresh.
+// Waits for the session, then resets machine().
 void reset();
 
-// Runs everything posted so far and everything that this posts.
+// Run all work in the queue, including work posted meanwhile.
 void runMainQueue();
 void runBackground();  // On a thread of its own.
 

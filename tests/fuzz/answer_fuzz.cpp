@@ -1,5 +1,4 @@
-// A website's answer, from its bytes to the page chosen: arbitrary ones against what must hold for all, and objects of
-// drawn members against the plain model.
+// The website's answer: checks arbitrary bytes against general rules, and objects of random members against the oracle.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <algorithm>
@@ -23,14 +22,14 @@ void start() {
     machine().mainQueue.clear();
 }
 
-// Whatever a website says: no page but one of http or https, and none unless it said that it has stored the record.
-void requireWhatAlwaysHolds(const Submission& submission) {
+// Only http and https pages are opened, and only after a success.
+void requireGeneralRules(const Submission& submission) {
     fakes::runMainQueue();
     for (const std::string& page : machine().pagesAsked) {
         fuzz::require(page.rfind("http://", 0) == 0 || page.rfind("https://", 0) == 0, "a page of another scheme");
     }
     fuzz::require(machine().pagesAsked.size() == (submission.succeeded ? 1U : 0U), "a page without a success");
-    fuzz::require(submission.succeeded || submission.errorMessage.has_value(), "a failure without a word");
+    fuzz::require(submission.succeeded || submission.errorMessage.has_value(), "a failure without a message");
 }
 
 void answerWith(const std::string& body, int status) {
@@ -38,10 +37,10 @@ void answerWith(const std::string& body, int status) {
     Submission submission(address);
     handleSubmissionResult(fakes::answered(status, body), submission);
     fuzz::require(submission.completion.try_acquire() && !submission.completion.try_acquire(), "not woken just once");
-    requireWhatAlwaysHolds(submission);
+    requireGeneralRules(submission);
 }
 
-// A JSON string of characters that the model reads as well.
+// A JSON string with only the escapes that the oracle supports.
 std::string drawnText(FuzzedDataProvider& provider) {
     static constexpr const char* beginnings[] = {"",        "/",        "http://",     "https://",
                                                  "HTTP://", "file:///", "javascript:", "//"};
@@ -62,7 +61,7 @@ std::string drawnValue(FuzzedDataProvider& provider) {
     return choice < std::size(values) ? values[choice] : drawnText(provider);
 }
 
-void compareWithModel(FuzzedDataProvider& provider) {
+void compareWithOracle(FuzzedDataProvider& provider) {
     end_to_end::Case round;
     round.status = provider.ConsumeBool() ? 200 : 500;
     if (provider.ConsumeBool()) round.members["success"] = provider.ConsumeBool() ? "true" : "false";
@@ -75,7 +74,7 @@ void compareWithModel(FuzzedDataProvider& provider) {
     start();
     Submission submission(origin);
     handleSubmissionResult(fakes::answered(round.status, end_to_end::bodyOf(round)), submission);
-    requireWhatAlwaysHolds(submission);
+    requireGeneralRules(submission);
     fuzz::require(submission.succeeded == expected.ends, "another verdict");
     const auto text = [](const std::vector<std::string>& pages) { return pages.empty() ? "none" : pages.front(); };
     const std::string pages = text(machine().pagesAsked) + " instead of " + text(expected.pages);
@@ -87,7 +86,7 @@ void compareWithModel(FuzzedDataProvider& provider) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider provider(data, size);
     if (provider.ConsumeBool()) {
-        compareWithModel(provider);
+        compareWithOracle(provider);
     } else {
         const int status = provider.ConsumeBool() ? 200 : provider.ConsumeIntegralInRange(100, 599);
         answerWith(provider.ConsumeRemainingBytesAsString(), status);

@@ -1,4 +1,4 @@
-// What five commands print, against the plain model of what has to be shown.
+// The outputs of the five commands, compared with the oracle.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "hardware/hardware_detector.h"

@@ -1,4 +1,4 @@
-// A record read from whatever JSON: what is read is written and read again as the same.
+// A record from arbitrary JSON: writing and reading it again gives the same record.
 #include <cstdint>
 #include <string_view>
 

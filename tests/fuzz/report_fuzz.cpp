@@ -1,4 +1,4 @@
-// What the website answers to the two reports: what is logged of it, and what is kept.
+// The website's answers to the two reports: what is logged and what is stored.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "platform/json.h"

@@ -1,4 +1,4 @@
-// How a fuzz target says that something is wrong.
+// Ends a fuzz target with a message.
 #pragma once
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// A settings file with whatever in it: what is stored is found again, and nothing breaks on the way.
+// An arbitrary settings file: stored values can be read again, and other values stay.
 #include <unistd.h>
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace {
 
 namespace defaults = platform::userDefaults;
 
-// In memory where the system has such a place; gone with the process.
+// A home, in memory if possible, removed at exit.
 const std::filesystem::path& home() {
     static const std::filesystem::path path = [] {
         std::string name =
@@ -38,9 +38,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
 
     const auto before = defaults::string("com.velmora.device_id");
-    if (before) fuzz::require(platform::isUtf8(*before), "a value that is no text");
+    if (before) fuzz::require(platform::isUtf8(*before), "a value that is not UTF-8");
     defaults::setString("com.velmora.last_tracked_date", "2026-11-20");
     fuzz::require(defaults::string("com.velmora.device_id") == before, "the id changes with another key");
-    fuzz::require(defaults::string("com.velmora.last_tracked_date") == "2026-11-20", "what was stored is not there");
+    fuzz::require(defaults::string("com.velmora.last_tracked_date") == "2026-11-20", "the stored value is lost");
     return 0;
 }

@@ -1,4 +1,4 @@
-// Addresses as typed, endpoints made of them, and pages made of both.
+// Typed addresses, and the endpoints and pages made from them.
 #include "platform/url.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-void requireWhatHoldsOfUrls(const std::string& text) {
+void checkUrl(const std::string& text) {
     const auto url = platform::Url::parse(text);
     if (!url) return;
     fuzz::require(url->absoluteString() == text, "the URL is not the text");
@@ -23,14 +23,14 @@ void requireWhatHoldsOfUrls(const std::string& text) {
     fuzz::require(text.find(url->host()) != std::string::npos, "a host that is not in the text");
 }
 
-void requireWhatHoldsOfEndpoints(const std::string& text) {
+void checkEndpoint(const std::string& text) {
     const std::string path = "/api/track-usage/";
     const std::string endpoint = reportEndpoint(text, path);
     fuzz::require(endpoint.size() >= path.size() && endpoint.ends_with(path), "another path");
     const std::string rest = endpoint.substr(0, endpoint.size() - path.size());
     fuzz::require(rest.empty() || (rest.front() != '/' && rest.back() != '/'), "a slash is left at an end");
-    fuzz::require(text.find(rest) != std::string::npos, "something else is mended");
-    requireWhatHoldsOfUrls(endpoint);
+    fuzz::require(text.find(rest) != std::string::npos, "more than slashes is removed");
+    checkUrl(endpoint);
 }
 
 }  // namespace
@@ -40,11 +40,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string typed = provider.ConsumeRandomLengthString();
     const std::string redirect = provider.ConsumeRandomLengthString();
     const std::string id = provider.ConsumeRemainingBytesAsString();
-    requireWhatHoldsOfUrls(typed);
-    requireWhatHoldsOfUrls(redirect);
-    requireWhatHoldsOfEndpoints(typed);
+    checkUrl(typed);
+    checkUrl(redirect);
+    checkEndpoint(typed);
 
-    // A website cannot name a page of another scheme than the one typed, unless it is http or https.
+    // The page's scheme is http, https or the typed address's.
     const PageToOpen choice = pageToOpen({{"redirect_url", redirect}, {"hardware_id", id}}, typed);
     if (choice.page) {
         const std::string scheme = choice.page->scheme();

@@ -40,11 +40,11 @@ TEST(HardwareInfo, DecodesWhatItEncodes) {
     EXPECT_EQ(platform::jsonDataFrom(jsonObjectOf(decoded(sampleJson))), sampleJson);
 }
 
-TEST(HardwareInfo, AMissingKeyIsAnErrorThoughTheOtherNineArePresent) {
+TEST(HardwareInfo, AMissingKeyIsAnError) {
     EXPECT_EQ(errorOf(without(R"(,"gpuMemory":4)")), (CodingError{CodingError::Kind::keyNotFound, "gpuMemory"}));
 }
 
-TEST(HardwareInfo, ANullIsAnErrorOfItsOwn) {
+TEST(HardwareInfo, ANullIsAnErrorOfItsOwnKind) {
     std::string json = sampleJson;
     json.replace(json.find("\"b\""), 3, "null");
     EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::valueNotFound, "processor"}));
@@ -82,7 +82,7 @@ TEST(HardwareInfo, ANumberWhereTextBelongsIsATypeMismatch) {
     EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "os"}));
 }
 
-TEST(HardwareInfo, TheFirstOfSeveralErrorsIsTheOneThatCounts) {
+TEST(HardwareInfo, TheFirstErrorIsReported) {
     EXPECT_EQ(errorOf("{}"), (CodingError{CodingError::Kind::keyNotFound, "os"}));
 }
 
@@ -94,7 +94,7 @@ TEST(HardwareInfo, AContainerWhereAScalarBelongsIsATypeMismatch) {
     }
 }
 
-TEST(HardwareInfo, KeysAreTheFieldsNamesInTheirExactCase) {
+TEST(HardwareInfo, KeysAreCaseSensitive) {
     for (const char* other : {"RamGB", "ram_gb", "", "ramGB "}) {
         std::string json = sampleJson;
         json.replace(json.find("ramGB"), 5, other);

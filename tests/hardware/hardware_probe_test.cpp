@@ -31,7 +31,7 @@ TEST_F(HardwareProbe, GivesTheStartingValuesWhenNoCommandCanBeStarted) {
     EXPECT_EQ(info.storageType, "SSD");
     EXPECT_EQ(info.directxVersion, "Not Applicable");
     EXPECT_EQ(info.gpuMemory, 4);
-    // "Unknown" does not ask for the chip.
+    // "Unknown" is no Apple chip, so the overview is not read.
     EXPECT_EQ(machine().commandsRun, (std::vector<std::string>{brandString, memorySize, displaysOverview, diskUsage}));
 }
 

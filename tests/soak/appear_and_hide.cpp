@@ -1,4 +1,4 @@
-// The program with its real back ends, whose window comes and goes as often as the argument says.
+// Shows and hides the program's window, with the real back ends, as often as the argument says.
 #include <QApplication>
 #include <cstdlib>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-// Sees the frame after which the window has appeared.
+// Notices the first frame, after which the window counts as appeared.
 class FirstFrame : public QObject {
   public:
     bool eventFilter(QObject*, QEvent* event) override {
@@ -35,8 +35,8 @@ int main(int argc, char** argv) {
         frame.isPainted = false;
         window.show();
         while (!frame.isPainted) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        QCoreApplication::processEvents();  // The hook, and the report that it waits for.
+        QCoreApplication::processEvents();  // Runs the hook, which waits for the report.
         window.hide();
     }
-    return QApplication::exec();  // Until it is ended: whoever counts has the last look.
+    return QApplication::exec();  // Runs on until it is killed, so that it can be measured at the end.
 }

@@ -1,4 +1,4 @@
-// Many rounds in one process, and what they leave behind: prints a table, and ends with 1 when something grows.
+// Runs many rounds in one process and prints which resources they leave behind. Ends with 1 if any of them grows.
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
@@ -21,21 +21,21 @@ using testSupport::answerBytes;
 using testSupport::Send;
 
 constexpr int rounds = 1'000;
-constexpr int warmUp = 200;            // Until caches are full.
-constexpr long memoryAllowance = 512;  // Kilobytes: what allocators keep at hand goes up and down by as much.
+constexpr int warmUp = 200;            // Rounds until caches are full.
+constexpr long memoryAllowance = 512;  // In kilobytes: memory that allocators keep varies by as much.
 
 void require(bool condition, const char* what) {
     if (condition) return;
-    std::fprintf(stderr, "The soak cannot go on: %s.\n", what);
+    std::fprintf(stderr, "The soak fails: %s.\n", what);
     std::exit(2);
 }
 
-struct Belongings {
-    long memory = 0;  // Kilobytes of its own, file pages left out.
+struct Resources {
+    long memory = 0;  // Anonymous memory in kilobytes.
     long descriptors = 0;
     long threads = 0;
-    long children = 0;  // Running and dead.
-    long files = 0;     // In the home and the temporary folder.
+    long children = 0;  // Including zombies.
+    long files = 0;     // In the home and the folder for temporary files.
 };
 
 long filesIn(const std::filesystem::path& folder) {
@@ -45,9 +45,9 @@ long filesIn(const std::filesystem::path& folder) {
     return std::distance(begin(all), end(all));
 }
 
-Belongings belongingsOf(pid_t process, const std::filesystem::path& home) {
+Resources resourcesOf(pid_t process, const std::filesystem::path& home) {
     const std::filesystem::path place = "/proc/" + std::to_string(process);
-    Belongings found;
+    Resources found;
     std::ifstream status(place / "status");
     for (std::string line; std::getline(status, line);) {
         if (line.rfind("RssAnon:", 0) == 0) found.memory = std::strtol(line.c_str() + 8, nullptr, 10);
@@ -62,7 +62,7 @@ Belongings belongingsOf(pid_t process, const std::filesystem::path& home) {
     return found;
 }
 
-bool report(const char* what, const Belongings& early, const Belongings& late) {
+bool report(const char* what, const Resources& early, const Resources& late) {
     std::printf("%s, after %d and %d rounds\n", what, warmUp, rounds);
     bool isSteady = true;
     const auto row = [&isSteady](const char* name, long before, long after, long allowance) {
@@ -79,11 +79,11 @@ bool report(const char* what, const Belongings& early, const Belongings& late) {
     return isSteady;
 }
 
-// Threads and connections of the last round end a little after what it shows.
-Belongings settledBelongingsOf(pid_t process, const std::filesystem::path& home, const Belongings& aim) {
-    Belongings found = belongingsOf(process, home);
+// Waits, since threads and connections of the last round end a little after the banner appears.
+Resources settledResourcesOf(pid_t process, const std::filesystem::path& home, const Resources& aim) {
+    Resources found = resourcesOf(process, home);
     (void)end_to_end::waitFor([&] {
-        found = belongingsOf(process, home);
+        found = resourcesOf(process, home);
         return found.threads <= aim.threads && found.descriptors <= aim.descriptors && found.children <= aim.children;
     });
     return found;
@@ -109,19 +109,19 @@ class Soak {
             WEBSITE_PORT);
         Program program({.path = PROGRAM_PATH, .environment = environment_});
         const AccessibleProgram window(program.pid());
-        Belongings early;
+        Resources early;
         for (int round = 1; round <= rounds; ++round) {
             require(press(window, "Detect Hardware"), "nothing can be detected");
             require(press(window, "Send to Website"), "nothing can be sent");
             const auto requests = static_cast<std::size_t>(2 + round);
             require(server.waitForRequests(requests), "nothing was sent");
-            if (round == warmUp) early = restingBelongingsOf(program, window);
+            if (round == warmUp) early = restingResourcesOf(program, window);
         }
-        (void)restingBelongingsOf(program, window);
-        const Belongings late = settledBelongingsOf(program.pid(), home_.path(), early);
+        (void)restingResourcesOf(program, window);
+        const Resources late = settledResourcesOf(program.pid(), home_.path(), early);
         accepts = true;
         require(press(window, "Send to Website"), "nothing can be sent at last");
-        require(program.waitForExit() == end_to_end::ExitStatus{}, "it does not end well after a success");
+        require(program.waitForExit() == end_to_end::ExitStatus{}, "it does not end with status 0 after a success");
         return report("detect and send", early, late);
     }
 
@@ -129,14 +129,14 @@ class Soak {
         const testSupport::ScriptedServer server(testSupport::always({Send{answerBytes(200, "{}")}}), WEBSITE_PORT);
         Program program(
             {.path = APPEAR_AND_HIDE_PATH, .environment = environment_, .arguments = {std::to_string(rounds)}});
-        Belongings early;
+        Resources early;
         for (const int round : {warmUp, rounds}) {
             while (server.requests().size() < 2U * static_cast<unsigned>(round)) {
-                require(server.waitForRequests(server.requests().size() + 1), "the window does not come");
+                require(server.waitForRequests(server.requests().size() + 1), "the window does not appear");
             }
-            if (round == warmUp) early = belongingsOf(program.pid(), home_.path());
+            if (round == warmUp) early = resourcesOf(program.pid(), home_.path());
         }
-        return report("appear and hide", early, settledBelongingsOf(program.pid(), home_.path(), early));
+        return report("appear and hide", early, settledResourcesOf(program.pid(), home_.path(), early));
     }
 
   private:
@@ -147,14 +147,14 @@ class Soak {
         });
     }
 
-    Belongings restingBelongingsOf(const Program& program, const AccessibleProgram& window) {
+    Resources restingResourcesOf(const Program& program, const AccessibleProgram& window) {
         require(end_to_end::waitFor([&] {
                     const auto send = window.button("Send to Website");
                     const auto detect = window.button("Detect Hardware");
                     return send && detect && send->enabled() && detect->enabled();
                 }),
-                "it does not come to rest");
-        return belongingsOf(program.pid(), home_.path());
+                "it stays busy");
+        return resourcesOf(program.pid(), home_.path());
     }
 
     end_to_end::DesktopSession session_;

@@ -1,4 +1,4 @@
-// A website that wants something else to be opened than a page.
+// Redirects by which a website could try to open something else than a page.
 #include <gtest/gtest.h>
 
 #include "submit/page_to_open.h"
@@ -9,7 +9,7 @@ const std::string site = "http://site.example";
 
 class HostileRedirect : public testing::TestWithParam<const char*> {};
 
-// On the website that the person typed, or the website itself; never what the redirect alone would have meant.
+// The page is on the address typed, or is that address itself.
 TEST_P(HostileRedirect, OpensAPageOfTheWebsiteTyped) {
     platform::JsonObject answer;
     answer.add("redirect_url", std::string(GetParam()));

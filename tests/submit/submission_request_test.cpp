@@ -44,7 +44,7 @@ TEST_F(SubmissionRequest, SendsEmptyTextsAndAnyNumberAsTheyAre) {
               R"("directx_version":"","gpu_memory":-1})");
 }
 
-TEST_F(SubmissionRequest, DoesNotMendABaseUrlThatEndsInASlash) {
+TEST_F(SubmissionRequest, KeepsTheSlashAtTheEndOfTheBaseUrl) {
     EXPECT_FALSE(HardwareDetector::sendToWebsite("http://site.example/", hardware_));
     EXPECT_EQ(machine().requests[0].url.absoluteString(), "http://site.example//save-detected-hardware/");
     EXPECT_EQ(machine().log[0], "📤 Sending hardware data to: http://site.example//save-detected-hardware/");
@@ -64,7 +64,7 @@ TEST_F(SubmissionRequest, ABaseUrlThatDoesNotParseSendsNothing) {
     EXPECT_TRUE(machine().requests.empty());
 }
 
-TEST_F(SubmissionRequest, ARecordThatIsNotTextSendsNothing) {
+TEST_F(SubmissionRequest, ARecordThatIsNotUtf8SendsNothing) {
     hardware_.processor = "\xFF";
     EXPECT_FALSE(HardwareDetector::sendToWebsite("http://site.example", hardware_));
     EXPECT_EQ(machine().log, Lines{"❌ Error: Could not create JSON data or URL"});

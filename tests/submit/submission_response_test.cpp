@@ -28,7 +28,7 @@ class SubmissionResponse : public testing::Test {
     Submission submission_{"http://site.example/"};
 };
 
-TEST_F(SubmissionResponse, ATransportErrorIsToldByItsSentence) {
+TEST_F(SubmissionResponse, ATransportErrorIsLoggedWithItsDescription) {
     handle(fakes::failed("too slow"));
     EXPECT_EQ(machine().log, Lines{"❌ Network error: too slow"});
     EXPECT_EQ(submission_.errorMessage, "Network error: too slow");
@@ -47,7 +47,7 @@ TEST_F(SubmissionResponse, AnArrayIsNotAnAnswer) {
     EXPECT_EQ(submission_.errorMessage, "Invalid JSON response");
 }
 
-TEST_F(SubmissionResponse, ABodyThatIsNotUtf8IsNotLoggedButParsed) {
+TEST_F(SubmissionResponse, ABodyThatIsNotUtf8IsParsedButNotLogged) {
     std::string wide;
     for (const char character : std::string(R"({"success":true})")) wide += {character, '\0'};
     wide.insert(0, "\xFF\xFE");
@@ -68,7 +68,7 @@ TEST_F(SubmissionResponse, AMissingSuccessIsAnError) {
     EXPECT_EQ(submission_.errorMessage, "Invalid response format");
 }
 
-TEST_F(SubmissionResponse, ASuccessThatIsTextOrAnotherNumberIsNoBoolean) {
+TEST_F(SubmissionResponse, ASuccessThatIsNoBooleanIsAnError) {
     for (const char* body : {R"({"success":"true"})", R"({"success":2})", R"({"success":null})"}) {
         Submission submission{"http://site.example"};
         handleSubmissionResult(answered(200, body), submission);
@@ -129,14 +129,14 @@ TEST_F(SubmissionResponse, ASuccessCountsWhateverTheStatus) {
     EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/done"});
 }
 
-TEST_F(SubmissionResponse, ARedirectThatDoesNotParseIsWarnedOfAndTheBaseOpened) {
+TEST_F(SubmissionResponse, AnInvalidRedirectLogsAWarningAndOpensTheBaseUrl) {
     handle(answered(200, R"({"success":true,"redirect_url":"a b"})"));
     EXPECT_EQ(machine().log.back(), "⚠️  Could not create valid URL from redirect: a b");
     fakes::runMainQueue();
     EXPECT_EQ(machine().pagesAsked, Lines{"http://site.example/"});
 }
 
-TEST_F(SubmissionResponse, NoUsablePageAtAllIsToldAndStillASuccess) {
+TEST_F(SubmissionResponse, WithoutAnyValidPageTheSubmissionStillSucceeds) {
     Submission submission{"not a url"};
     handleSubmissionResult(answered(200, R"({"success":true})"), submission);
     EXPECT_TRUE(submission.succeeded);
@@ -144,7 +144,7 @@ TEST_F(SubmissionResponse, NoUsablePageAtAllIsToldAndStillASuccess) {
     EXPECT_TRUE(machine().mainQueue.empty());
 }
 
-TEST_F(SubmissionResponse, APageThatTheDesktopRefusesIsToldWithoutTheId) {
+TEST_F(SubmissionResponse, AFailureToOpenThePageIsLoggedWithoutTheId) {
     machine().opensPages = false;
     handle(answered(200, R"({"success":true,"hardware_id":42})"));
     fakes::runMainQueue();
@@ -153,12 +153,12 @@ TEST_F(SubmissionResponse, APageThatTheDesktopRefusesIsToldWithoutTheId) {
 }
 
 #if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// Zero when the outcome is as it should be.
+// Returns 0 if the outcome is as expected.
 int settleWithoutMemoryForTheReason() {
     std::string body = R"({"success":false,"error":")" + std::string(std::size_t{256} << 20U, 'x') + "\"}";
     rlimit limit{};
     getrlimit(RLIMIT_AS, &limit);
-    limit.rlim_cur = std::size_t{400} << 20U;  // The body, and no second text of that size.
+    limit.rlim_cur = std::size_t{400} << 20U;  // Enough for the body, but not for a copy.
     if (setrlimit(RLIMIT_AS, &limit) != 0) return 1;
     Submission submission("http://site.example");
     handleSubmissionResult(answered(200, std::move(body)), submission);
@@ -166,7 +166,7 @@ int settleWithoutMemoryForTheReason() {
     return submission.errorMessage == "Invalid JSON response" && !submission.succeeded ? 0 : 3;
 }
 
-TEST_F(SubmissionResponse, ALackOfMemoryForTheReasonIsAnAnswerThatCannotBeRead) {
+TEST_F(SubmissionResponse, ALackOfMemoryCountsAsInvalidJson) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(std::exit(settleWithoutMemoryForTheReason()), ::testing::ExitedWithCode(0), "");
 }

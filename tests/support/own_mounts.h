@@ -1,4 +1,4 @@
-// Scripts with mounts of their own, which nobody else sees.
+// Runs scripts in a mount namespace of their own.
 #pragma once
 
 #include <unistd.h>
@@ -10,13 +10,13 @@
 
 namespace testSupport {
 
-// Runs `script` by sh(1). Root needs CAP_SYS_ADMIN for it, another user the right to make user namespaces.
+// Runs `script` by sh(1). Root needs CAP_SYS_ADMIN, other users need user namespaces.
 [[nodiscard]] inline ShellResult shellWithOwnMounts(const std::string& script) {
     const std::string user = geteuid() == 0 ? "" : "--map-root-user ";
     return shell("unshare --mount " + user + "sh -c " + quoted(script));
 }
 
-// Why a script gets none, for GTEST_SKIP(); nothing when it gets them.
+// Why shellWithOwnMounts() can't mount, for GTEST_SKIP(); nothing if it can.
 [[nodiscard]] inline std::optional<std::string> whyNoOwnMounts() {
     const ShellResult attempt = shellWithOwnMounts("mount -t tmpfs none /mnt");
     if (attempt.status == 0) return std::nullopt;

@@ -1,4 +1,4 @@
-// What a client sent.
+// A request as a client sent it.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace testSupport {
 
-// What one connection sent up to the end of its request: header, blank line and as much body as its Content-Length
-// says. Bytes that don't begin as a request does (a TLS greeting, say) count as a whole one as soon as they arrive.
+// The bytes of one connection up to the end of its request: header, blank line and a body of Content-Length bytes.
+// Bytes that don't start with an upper-case letter, such as a TLS handshake, count as a whole request at once.
 struct RecordedRequest {
     std::string bytes;
 
@@ -16,7 +16,7 @@ struct RecordedRequest {
     [[nodiscard]] std::string requestLine() const;  // Without its line break.
     [[nodiscard]] std::string method() const;
     [[nodiscard]] std::string target() const;
-    [[nodiscard]] std::vector<std::string> valuesOf(std::string_view fieldName) const;  // Its name in any case.
+    [[nodiscard]] std::vector<std::string> valuesOf(std::string_view fieldName) const;  // Case-insensitive.
     [[nodiscard]] std::string body() const;
 };
 

@@ -43,7 +43,7 @@ Descriptor nonBlocking(int number) {
     return Descriptor(number);
 }
 
-// Its reading end becomes ready for everybody at once, and for good, when the writing end is closed.
+// Closing the writing end makes the reading end ready for all threads, permanently.
 struct StopSignal {
     StopSignal() : StopSignal(makePipe()) {}
     explicit StopSignal(std::array<int, 2> ends) : reader(nonBlocking(ends[0])), writer(nonBlocking(ends[1])) {}
@@ -138,10 +138,10 @@ class ScriptedServer::Listener {
         return ntohs(address.sin6_port);
     }
 
-    // Leaves the port that it got in the address.
+    // Writes the port that the system chose into the address.
     template <typename Address>
     void listenOn(Address& address) const {
-        const int reuse = 1;  // A test may follow another on the same port at once.
+        const int reuse = 1;  // The next test may use the same port at once.
         setsockopt(socket_.number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
         socklen_t size = sizeof address;
         auto* const generic = reinterpret_cast<sockaddr*>(&address);
@@ -151,7 +151,7 @@ class ScriptedServer::Listener {
         }
     }
 
-    // False when the server is to stop.
+    // False if the server stops.
     [[nodiscard]] bool waitUntilReady(const Descriptor& socket, short events) const {
         std::array<pollfd, 2> watched{{{stop_.reader.number(), POLLIN, 0}, {socket.number(), events, 0}}};
         while (poll(watched.data(), watched.size(), -1) < 0) continue;
@@ -171,7 +171,7 @@ class ScriptedServer::Listener {
     void acceptConnections() {
         while (waitUntilReady(socket_, POLLIN)) {
             const int number = accept(socket_.number(), nullptr, nullptr);
-            if (number < 0) continue;  // It has gone again.
+            if (number < 0) continue;  // The client has closed the connection already.
             std::size_t index = 0;
             {
                 const std::lock_guard lock(mutex_);
@@ -208,7 +208,7 @@ class ScriptedServer::Listener {
         return request;
     }
 
-    // Recorded, and empty at the end, after an error and when the server is to stop.
+    // Reads and records bytes. Empty at end of file, after an error and if the server stops.
     [[nodiscard]] std::string read(const Descriptor& connection, std::size_t index) {
         std::string bytes(65536, '\0');
         ssize_t count = -1;
@@ -236,7 +236,7 @@ class ScriptedServer::Listener {
         return true;
     }
 
-    // Each is true when the script goes on.
+    // Each returns true if the script continues.
 
     bool carryOut(const Send& step, Descriptor& connection, std::size_t) const { return send(connection, step.bytes); }
 
@@ -281,7 +281,7 @@ class ScriptedServer::Listener {
     std::size_t endedConnections_ = 0;
 
     std::thread acceptor_;
-    std::vector<std::thread> connectionThreads_;  // The acceptor's own while it runs.
+    std::vector<std::thread> connectionThreads_;  // Used only by the acceptor while it runs.
 };
 
 ScriptedServer::ScriptedServer(Responder responder, int port, Loopback address)

@@ -1,4 +1,4 @@
-// Child programs of contract tests, run as a person would at a prompt.
+// Runs shell commands and captures their output.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,8 +12,8 @@
 namespace testSupport {
 
 struct ShellResult {
-    std::string output;  // Standard output, whole.
-    int status = -1;     // The exit status, or -1.
+    std::string output;  // Standard output.
+    int status = -1;     // The exit status; -1 after a signal.
 };
 
 [[nodiscard]] inline ShellResult shell(const std::string& command) {
@@ -26,7 +26,7 @@ struct ShellResult {
     return result;
 }
 
-// As one word for the shell, byte for byte.
+// The text quoted as one word for the shell.
 [[nodiscard]] inline std::string quoted(const std::string& text) {
     std::string word = "'";
     for (const char character : text) word += character == '\'' ? std::string("'\\''") : std::string(1, character);

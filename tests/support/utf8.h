@@ -1,4 +1,4 @@
-// UTF-8 without any library, for whoever has to know better than the one that the product uses.
+// UTF-8 without the product's libraries, to check them.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 
 namespace testSupport {
 
-// Absent when the bytes are no UTF-8: cut short, overlong, half a surrogate pair or beyond Unicode.
+// Absent if the bytes are no valid UTF-8: truncated, overlong, a surrogate or beyond U+10FFFF.
 [[nodiscard]] std::optional<std::u32string> decoded(const std::string& bytes);
 
 [[nodiscard]] std::string encoded(const std::u32string& text);

@@ -20,7 +20,7 @@ TEST_F(DeviceIdentity, IsTheMachinesUuidStoredAtTheFirstRequest) {
     EXPECT_EQ(machine().defaults[key], "PLATFORM-UUID");
 }
 
-TEST_F(DeviceIdentity, DoesNotAskTheRegistryAgainOnceStored) {
+TEST_F(DeviceIdentity, ReadsTheMachinesUuidOnce) {
     EXPECT_EQ(AppTracker::getDeviceId(), "PLATFORM-UUID");
     machine().platformUuid = "ANOTHER";
     EXPECT_EQ(AppTracker::getDeviceId(), "PLATFORM-UUID");
@@ -40,28 +40,28 @@ TEST_F(DeviceIdentity, IsTheEmptyTextWhenThatIsStored) {
     EXPECT_TRUE(machine().events.empty());
 }
 
-TEST_F(DeviceIdentity, IsARandomUuidKeptForGoodWhenTheMachineDoesNotTell) {
+TEST_F(DeviceIdentity, IsAStoredRandomUuidWithoutAMachineUuid) {
     machine().platformUuid = std::nullopt;
     EXPECT_EQ(AppTracker::getDeviceId(), firstRandomUuid);
     EXPECT_EQ(machine().defaults[key], firstRandomUuid);
     EXPECT_EQ(AppTracker::getDeviceId(), firstRandomUuid);
 }
 
-// Another start of the program may store an id of its own between the look and the store.
-TEST_F(DeviceIdentity, IsTheVeryIdThatItStores) {
+// Another start of the program may store its own id between this one's look and store.
+TEST_F(DeviceIdentity, IsTheIdThatItStores) {
     machine().platformUuid = std::nullopt;
     machine().beforeStore = [] { machine().defaults[key] = "ANOTHER"; };
     EXPECT_EQ(AppTracker::getDeviceId(), firstRandomUuid);
     EXPECT_EQ(machine().defaults[key], firstRandomUuid);
 }
 
-TEST_F(DeviceIdentity, IsTheSameAfterTheStoreWasClearedOnAMachineThatTells) {
+TEST_F(DeviceIdentity, StaysAfterClearingTheStoreWithAMachineUuid) {
     const std::string before = AppTracker::getDeviceId();
     machine().defaults.clear();
     EXPECT_EQ(AppTracker::getDeviceId(), before);
 }
 
-TEST_F(DeviceIdentity, IsAnotherAfterTheStoreWasClearedOnAMachineThatDoesNot) {
+TEST_F(DeviceIdentity, ChangesAfterClearingTheStoreWithoutAMachineUuid) {
     machine().platformUuid = std::nullopt;
     const std::string before = AppTracker::getDeviceId();
     machine().defaults.clear();

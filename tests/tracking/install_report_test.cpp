@@ -16,7 +16,7 @@ class InstallReport : public testing::Test {
   protected:
     void SetUp() override { fakes::reset(); }
 
-    // The lines that the answer adds to the two before the request.
+    // The log after its first two lines, which come before the request.
     static Lines linesFor(const platform::HttpResult& answer) {
         machine().website = [answer](const auto&) { return answer; };
         AppTracker::trackInstall("http://site.example");
@@ -28,7 +28,7 @@ class InstallReport : public testing::Test {
     }
 };
 
-TEST_F(InstallReport, PostsPlatformAndDeviceIdAndGivesUpAfterTenIdleSeconds) {
+TEST_F(InstallReport, PostsPlatformAndDeviceIdWithATimeoutOfTenSeconds) {
     AppTracker::trackInstall("http://site.example");
 
     ASSERT_EQ(machine().requests.size(), 1U);
@@ -48,7 +48,7 @@ TEST_F(InstallReport, HandsAnEmptyAddressToTheSession) {
     EXPECT_EQ(machine().requests.at(0).url.absoluteString(), "/api/track-install/");
 }
 
-TEST_F(InstallReport, AnAddressThatDoesNotParseIsToldInThreeLinesAndSendsNothing) {
+TEST_F(InstallReport, AnInvalidAddressLogsThreeLinesAndSendsNothing) {
     AppTracker::trackInstall("http://a b");
     EXPECT_EQ(machine().log, (Lines{"📤 Attempting to track install to: http://a b/api/track-install/",
                                     "📤 Device ID: PLATFORM-UUID", "❌ Error: Could not create tracking JSON data or URL",
@@ -57,14 +57,14 @@ TEST_F(InstallReport, AnAddressThatDoesNotParseIsToldInThreeLinesAndSendsNothing
     EXPECT_TRUE(machine().requests.empty());
 }
 
-TEST_F(InstallReport, ANewInstallIsToldAndKept) {
+TEST_F(InstallReport, ANewInstallIsLoggedAndStored) {
     EXPECT_EQ(linesFor(answered(200, R"({"created": true})")),
               (Lines{"📥 Response status: 200", "✅ Install tracked successfully", R"(   Response: {"created": true})",
                      "   📝 New install created"}));
     EXPECT_EQ(machine().defaults[flag], "1");
 }
 
-TEST_F(InstallReport, AKnownInstallIsToldWhenCreatedIsFalseAbsentOrNoBoolean) {
+TEST_F(InstallReport, AnInstallIsLoggedAsKnownUnlessCreatedIsTrue) {
     for (const char* body : {R"({"created":false})", "{}", R"({"created":"true"})", R"({"created":null})",
                              R"({"created":1})", R"({"created":1.0})"}) {
         fakes::reset();
@@ -82,7 +82,7 @@ TEST_F(InstallReport, ABodyThatIsNoJsonObjectIsAcceptedWithoutACreatedLine) {
     }
 }
 
-TEST_F(InstallReport, AnAcceptedStatusWithoutReadableBodyCountsAsNotTracked) {
+TEST_F(InstallReport, Status200WithABodyThatIsNotUtf8CountsAsNotTracked) {
     EXPECT_EQ(linesFor(answered(200, "\xFF")), (Lines{"📥 Response status: 200", warning}));
     EXPECT_EQ(machine().defaults.count(flag), 0U);
 }
@@ -98,17 +98,17 @@ TEST_F(InstallReport, EveryOtherStatusIsAFailure) {
     }
 }
 
-TEST_F(InstallReport, AnotherStatusWithoutReadableBodyHasNoBodyLine) {
+TEST_F(InstallReport, AnotherStatusLogsNoBodyThatIsNotUtf8) {
     EXPECT_EQ(linesFor(answered(500, "\xFF")),
               (Lines{"📥 Response status: 500", "⚠️ Install tracking returned status: 500", warning}));
 }
 
-TEST_F(InstallReport, ATransportErrorIsToldWithItsDetails) {
+TEST_F(InstallReport, ATransportErrorIsLoggedWithItsDetails) {
     EXPECT_EQ(linesFor(fakes::failed("no network", "all about it")),
               (Lines{"❌ Install tracking error: no network", "   Error details: all about it", warning}));
 }
 
-TEST_F(InstallReport, GoesOutAlthoughOneWasTrackedBefore) {
+TEST_F(InstallReport, IsSentAgainAfterASuccess) {
     machine().defaults[flag] = "1";
     AppTracker::trackInstall("http://site.example");
     EXPECT_EQ(machine().requests.size(), 1U);

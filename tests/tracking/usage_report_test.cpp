@@ -17,7 +17,7 @@ class UsageReport : public testing::Test {
   protected:
     void SetUp() override { fakes::reset(); }
 
-    // What is logged from the usage report's attempt on, with the usage answered so.
+    // The log after the line that starts the usage report, which gets `answer`.
     static Lines linesFor(const platform::HttpResult& answer) {
         machine().website = [answer](const platform::HttpRequest& request) {
             return request.url.absoluteString().ends_with("/api/track-usage/") ? answer : answered(200, "ok");
@@ -32,7 +32,7 @@ class UsageReport : public testing::Test {
     }
 };
 
-TEST_F(UsageReport, TheFirstStartReportsAnInstallKeepsTheDateAndReportsAUsage) {
+TEST_F(UsageReport, TheFirstStartReportsTheInstallStoresTheDateAndReportsTheUsage) {
     machine().website = [](const auto&) { return answered(200, "ok"); };
 
     AppTracker::trackUsage("http://site.example/");
@@ -49,7 +49,7 @@ TEST_F(UsageReport, TheFirstStartReportsAnInstallKeepsTheDateAndReportsAUsage) {
     EXPECT_EQ(machine().registryQueries, 1);
 }
 
-TEST_F(UsageReport, PostsDeviceIdAndDateAndGivesUpAfterTenIdleSeconds) {
+TEST_F(UsageReport, PostsDeviceIdAndDateWithATimeoutOfTenSeconds) {
     AppTracker::trackUsage("http://site.example");
     fakes::waitForSession();
 
@@ -79,8 +79,8 @@ TEST_F(UsageReport, AStartOnALaterDayReplacesTheDate) {
     EXPECT_EQ(machine().requests.size(), 2U);
 }
 
-// Another start on this account may store the date while this one waits for its install report.
-TEST_F(UsageReport, TheStoredDateThatCountsIsTheOneFromBeforeTheInstallReport) {
+// Another start may store the date while this one waits for its install report.
+TEST_F(UsageReport, TheStoredDateIsReadBeforeTheInstallReport) {
     machine().defaults[dateKey] = "2026-11-19";
     machine().website = [](const platform::HttpRequest& request) {
         if (request.url.absoluteString().ends_with("/api/track-install/")) machine().defaults[dateKey] = "2026-11-20";
@@ -107,7 +107,7 @@ TEST_F(UsageReport, AFailedInstallReportDoesNotStopIt) {
     EXPECT_EQ(machine().requests.size(), 2U);
 }
 
-TEST_F(UsageReport, AnAddressThatDoesNotParseIsToldInOneLineAndTheDateStillKept) {
+TEST_F(UsageReport, AnInvalidAddressLogsOneLineAndTheDateIsStored) {
     AppTracker::trackUsage("a b");
     fakes::waitForSession();
     EXPECT_EQ(machine().log.size(), 7U);
@@ -117,22 +117,20 @@ TEST_F(UsageReport, AnAddressThatDoesNotParseIsToldInOneLineAndTheDateStillKept)
     EXPECT_EQ(machine().defaults[dateKey], "2026-11-20");
 }
 
-TEST_F(UsageReport, AnAcceptedAnswerIsTold) {
+TEST_F(UsageReport, AnAcceptedAnswerIsLogged) {
     EXPECT_EQ(linesFor(answered(200, "noted")), (Lines{"✅ Usage tracked successfully", "   Response: noted"}));
 }
 
-TEST_F(UsageReport, AnAcceptedAnswerWithoutReadableBodyIsNotTold) {
-    EXPECT_EQ(linesFor(answered(200, "\xFF")), Lines{});
-}
+TEST_F(UsageReport, AnAcceptedAnswerThatIsNotUtf8IsNotLogged) { EXPECT_EQ(linesFor(answered(200, "\xFF")), Lines{}); }
 
-TEST_F(UsageReport, AnotherStatusIsToldWithItsBodyWhenReadable) {
+TEST_F(UsageReport, AnotherStatusIsLoggedWithItsBodyIfUtf8) {
     EXPECT_EQ(linesFor(answered(201, "made")),
               (Lines{"⚠️ Usage tracking returned status: 201", "   Response: made"}));
     fakes::reset();
     EXPECT_EQ(linesFor(answered(500, "\xFF")), Lines{"⚠️ Usage tracking returned status: 500"});
 }
 
-TEST_F(UsageReport, ATransportErrorIsToldWithoutDetails) {
+TEST_F(UsageReport, ATransportErrorIsLoggedWithoutDetails) {
     EXPECT_EQ(linesFor(fakes::failed("no network")), Lines{"❌ Usage tracking error: no network"});
 }
 

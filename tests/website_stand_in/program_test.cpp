@@ -13,7 +13,7 @@ namespace {
 
 using testSupport::shell;
 
-// Started at once, on any free port; ended at the end of its life.
+// Starts the website on a free port; the destructor kills it.
 class RunningWebsite {
   public:
     RunningWebsite() : pipe_(popen("echo $$; exec " WEBSITE_STAND_IN_PROGRAM, "re")) {
@@ -34,7 +34,7 @@ class RunningWebsite {
         return line;
     }
 
-    // As waitpid() gives it.
+    // Returns the status as waitpid() does.
     int end(int signal) {
         kill(process_, signal);
         return pclose(std::exchange(pipe_, nullptr));
@@ -47,7 +47,7 @@ class RunningWebsite {
     pid_t process_ = 0;
 };
 
-TEST(WebsiteStandIn, AnswersAndWritesALineForEachRequest) {
+TEST(WebsiteStandIn, AnswersAndLogsEachRequest) {
     RunningWebsite website;
     httplib::Client client("127.0.0.1", website.port);
     const auto installed =
@@ -76,7 +76,7 @@ TEST(WebsiteStandIn, RefusesABodyOfMoreThanAMebibyte) {
     EXPECT_EQ(answer->body, R"({"success":false,"error":"The server could not take this request."})");
 }
 
-TEST(WebsiteStandIn, EndsWithStatus0BySignalsThoughAConnectionIsOpen) {
+TEST(WebsiteStandIn, EndsWithStatus0OnASignalWithAnOpenConnection) {
     for (const int signal : {SIGTERM, SIGINT}) {
         RunningWebsite website;
         httplib::Client client("127.0.0.1", website.port);
@@ -86,7 +86,7 @@ TEST(WebsiteStandIn, EndsWithStatus0BySignalsThoughAConnectionIsOpen) {
     }
 }
 
-TEST(WebsiteStandIn, EndsWithAnErrorWhenThePortIsTakenOrNoPort) {
+TEST(WebsiteStandIn, EndsWithAnErrorIfThePortIsTakenOrInvalid) {
     const RunningWebsite website;
     const std::string port = std::to_string(website.port);
     const auto second = shell(WEBSITE_STAND_IN_PROGRAM " " + port + " 2>&1");

@@ -1,4 +1,4 @@
-// What the stand-in website takes, refuses and shows.
+// What the stand-in website accepts, refuses and shows.
 #include "website_stand_in/website.h"
 
 #include <gtest/gtest.h>
@@ -111,7 +111,7 @@ TEST_F(Website, NeedsTheContentTypeOfJson) {
     }
 }
 
-TEST_F(Website, KnowsNoOtherAddressAndNoOtherMethod) {
+TEST_F(Website, RefusesOtherAddressesAndMethods) {
     for (const char* target : {"//save-detected-hardware/", "/save-detected-hardware", "/Save-Detected-Hardware/", "*",
                                "", "/favicon.ico"}) {
         const WebAnswer answer = post(target, machine);
@@ -127,7 +127,7 @@ TEST_F(Website, KnowsNoOtherAddressAndNoOtherMethod) {
     EXPECT_EQ(website_.answerTo({"HEAD", "/", "", ""}).status, 200);
 }
 
-TEST_F(Website, HasAPageForAMachineThatItDoesNotHave) {
+TEST_F(Website, Answers404ForAnUnknownMachine) {
     post(machinePath, machine);
     for (const char* query : {"", "?hardware_id", "?hardware_id=0", "?hardware_id=2", "?hardware_id=-1",
                               "?hardware_id=1x", "?hardware_id=18446744073709551617", "?other_hardware_id=1"}) {
@@ -137,7 +137,7 @@ TEST_F(Website, HasAPageForAMachineThatItDoesNotHave) {
     }
 }
 
-TEST_F(Website, EscapesWhatItWasSent) {
+TEST_F(Website, EscapesHtml) {
     const std::string text = R"(<b a='1' c=\"2\">&amp;)";
     const std::string html = "&lt;b a=&#39;1&#39; c=&quot;2&quot;&gt;&amp;amp;";
     std::string odd = machine;

@@ -1,4 +1,4 @@
-// One round of the main job, as data: what the machine prints, what is typed, what the website answers.
+// One case of the main job: the commands' outputs, the address and the website's answer.
 #pragma once
 
 #include <map>
@@ -8,17 +8,17 @@
 namespace end_to_end {
 
 struct Case {
-    // The five outputs, as bytes.
+    // The outputs of the five commands.
     std::string brand;
     std::string overview;
     std::string memory;
     std::string displays;
     std::string disk;
 
-    std::string addressTail;  // Behind the website's own address.
+    std::string addressTail;  // Appended to the website's address.
 
     int status = 200;
-    // The answer: the members of an object, each with its JSON text, or else `body` as it stands.
+    // The answer: an object of these members, each with its value as JSON, or `body` if it is no object.
     std::map<std::string, std::string> members;
     bool isObject = true;
     std::string body;
@@ -27,10 +27,10 @@ struct Case {
 // The answer's bytes.
 [[nodiscard]] std::string bodyOf(const Case& round);
 
-// The case as C++ that makes it again.
+// The case as a C++ expression.
 [[nodiscard]] std::string literalOf(const Case& round);
 
-// Each of these is the case with one thing less in it; none is the case itself.
+// Simpler variants of the case, each with one part removed or shortened.
 [[nodiscard]] std::vector<Case> simplerThan(const Case& round);
 
 }  // namespace end_to_end

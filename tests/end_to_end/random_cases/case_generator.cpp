@@ -83,7 +83,7 @@ std::string CaseGenerator::diskUsage() {
     return text + oneOf({"\n", "\n", ""});
 }
 
-// Some outputs are not text at all; some stop in the midst.
+// Makes some outputs invalid UTF-8 or empty.
 void CaseGenerator::spoil(std::string& output) {
     if (onceIn(20)) output += "\xFF";
     if (onceIn(40)) output.clear();
@@ -100,7 +100,7 @@ void CaseGenerator::answer(Case& round) {
                             "{\"success\": tru}", "42", "{\"success\": \"\xFF\"}"});
         return;
     }
-    // A success ends the program and costs two seconds, so there are few of them.
+    // Few successes: each one ends the program after two seconds.
     const std::string success =
         onceIn(7) ? "true"
                   : oneOf({"false", "false", "false", "false", "null", "\"true\"", "\"yes\"", "[]", "{}", "\"\""});

@@ -1,4 +1,4 @@
-// Cases drawn at random: mostly what real machines and websites say, bent in one place or another.
+// Draws random cases: realistic outputs and answers with faults here and there.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace end_to_end {
 
-// The same seed gives the same cases everywhere.
+// The same seed gives the same cases on every system.
 class CaseGenerator {
   public:
     explicit CaseGenerator(std::uint64_t seed) : random_(seed) {}

@@ -10,12 +10,13 @@ namespace end_to_end {
 
 namespace {
 
-// What stands behind the last colon of the first "label, white space, rest of the line"; the rest has a character.
+// Finds the first "label, white space, rest of the line" whose rest is not empty, and returns what follows its last
+// colon.
 std::optional<Text> labelled(const Text& text, const Text& label) {
     for (std::size_t at = text.find(label); at != Text::npos; at = text.find(label, at + 1)) {
         std::size_t value = at + label.size();
         while (value < text.size() && isBlankOrLineBreak(text[value])) ++value;
-        // White space that the rest of the line needs is given back.
+        // The rest of the line may consist of white space.
         while (value > at + label.size() && (value == text.size() || isLineBreak(text[value]))) --value;
         if (value == text.size() || isLineBreak(text[value])) continue;
         std::size_t end = value;
@@ -53,7 +54,7 @@ std::string member(const Case& round, const std::string& name) {
     return found == round.members.end() ? "" : found->second;
 }
 
-// The id's text: that of a whole number or a string. A boolean is a number too.
+// The id as text: a string, an integer, or a boolean as 1 or 0.
 std::optional<std::string> hardwareId(const Case& round) {
     const std::string json = member(round, "hardware_id");
     if (const auto text = stringIn(json)) return text;
@@ -63,7 +64,7 @@ std::optional<std::string> hardwareId(const Case& round) {
     return std::nullopt;
 }
 
-// Whether a composed text is a URL: no character that is none of a URL's, and one fragment at most.
+// True if the text has only characters of a URL and at most one fragment.
 bool isUrl(const std::string& text) {
     return std::count(text.begin(), text.end(), '#') <= 1 && std::all_of(text.begin(), text.end(), [](char c) {
                return c > ' ' && c < 0x7F && std::string("\"<>\\^`{|}").find(c) == std::string::npos;
@@ -72,10 +73,10 @@ bool isUrl(const std::string& text) {
 
 std::string withoutOuterSlashes(std::string text) {
     while (!text.empty() && text.back() == '/') text.pop_back();
-    return text;  // It begins with "http".
+    return text;  // There are none at the start: it begins with "http".
 }
 
-// The page for an accepted record, and the warning on the way to it.
+// The page to open after a success. Logs the warning about an invalid redirect.
 std::optional<std::string> page(const Case& round, const std::string& address, std::vector<std::string>& log) {
     const std::optional<std::string> id = hardwareId(round);
     const std::string redirect = stringIn(member(round, "redirect_url")).value_or("");
@@ -111,15 +112,7 @@ Verdict verdict(const Case& round, std::vector<std::string>& log) {
         log.push_back("❌ Server returned status: " + std::to_string(round.status));
     }
     const std::string body = bodyOf(round);
-    if (decoded(body)) {
-        std::size_t start = 0;
-        std::string lines = "📥 Response body: " + body;
-        for (std::size_t end = lines.find('\n'); end != std::string::npos; end = lines.find('\n', start)) {
-            log.push_back(lines.substr(start, end - start));
-            start = end + 1;
-        }
-        log.push_back(lines.substr(start));
-    }
+    if (decoded(body)) log.push_back("📥 Response body: " + body);
     const std::string success = member(round, "success");
     if (!round.isObject) {
         verdict.error = "Invalid JSON response";
@@ -136,8 +129,8 @@ Verdict verdict(const Case& round, std::vector<std::string>& log) {
     return verdict;
 }
 
-// Lines as they come out: a text with line breaks in it makes several.
-std::vector<std::string> broken(const std::vector<std::string>& messages) {
+// Splits messages with line breaks into lines.
+std::vector<std::string> linesOf(const std::vector<std::string>& messages) {
     std::vector<std::string> lines;
     for (const std::string& message : messages) {
         std::size_t start = 0;
@@ -199,7 +192,7 @@ ExpectedBehaviour expectedBehaviour(const Case& round, const std::string& base) 
     if (!result.accepted) {
         expected.log.emplace_back("❌ Failed to send hardware data. Check the console output above for details.");
     }
-    expected.log = broken(expected.log);
+    expected.log = linesOf(expected.log);
     return expected;
 }
 

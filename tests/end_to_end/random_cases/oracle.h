@@ -1,5 +1,4 @@
-// What the program has to do in a case, worked out a second time: plainly, on code points, with no library, and without
-// a look at how the program does it.
+// A second, independent implementation of the program's behaviour, on code points and without libraries.
 #pragma once
 
 #include <string>
@@ -10,16 +9,16 @@
 namespace end_to_end {
 
 struct ExpectedBehaviour {
-    std::vector<std::string> values;  // Of the five rows, as shown.
-    std::string target;               // The submission's path and query, as on the wire.
+    std::vector<std::string> values;  // The five rows.
+    std::string target;               // The submission's path and query.
     std::string body;                 // The submission's body.
-    std::vector<std::string> log;     // From the press of "Send to Website" to the outcome.
+    std::vector<std::string> log;     // The log of the submission.
     std::string banner;
-    std::vector<std::string> pages;  // That the desktop is asked to open.
-    bool ends = false;               // Whether the program ends by itself.
+    std::vector<std::string> pages;  // The pages opened in the browser.
+    bool ends = false;               // True if the program ends by itself.
 };
 
-// `base` is the website's address, without a slash at its end.
+// `base` is the website's address without a trailing slash.
 [[nodiscard]] ExpectedBehaviour expectedBehaviour(const Case& round, const std::string& base);
 
 }  // namespace end_to_end

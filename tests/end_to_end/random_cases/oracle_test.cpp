@@ -1,4 +1,4 @@
-// The oracle itself, against examples worked out by hand.
+// Checks the oracle and the generator by examples.
 #include "tests/end_to_end/random_cases/oracle.h"
 
 #include <gtest/gtest.h>
@@ -82,7 +82,7 @@ TEST(CaseGenerator, DrawsTheSameCasesFromTheSameSeed) {
     for (int round = 0; round < 20; ++round) EXPECT_EQ(literalOf(one.next()), literalOf(other.next()));
 }
 
-TEST(CaseGenerator, MakesEachCaseSimpler) {
+TEST(CaseGenerator, SimplifiesEachCase) {
     CaseGenerator generator(7);
     for (int round = 0; round < 20; ++round) {
         const Case drawn = generator.next();

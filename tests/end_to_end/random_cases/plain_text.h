@@ -1,4 +1,4 @@
-// Texts as the plain model understands them, without any library: characters, white space, numbers, JSON strings.
+// The oracle's own text functions: white space, numbers and JSON strings.
 #pragma once
 
 #include <cstdint>
@@ -14,18 +14,18 @@ using Text = std::u32string;
 using testSupport::decoded;
 using testSupport::encoded;
 
-[[nodiscard]] bool isBlank(char32_t c);  // White space that breaks no line.
+[[nodiscard]] bool isBlank(char32_t c);  // White space other than line breaks.
 [[nodiscard]] bool isLineBreak(char32_t c);
 [[nodiscard]] bool isBlankOrLineBreak(char32_t c);
 [[nodiscard]] Text trimmed(Text text, bool (*isTrimmed)(char32_t));
 
-// An optional sign and decimal digits, within the bounds of 64 bits.
+// The value of an optional sign and decimal digits; absent if it does not fit 64 bits.
 [[nodiscard]] std::optional<std::int64_t> integer(const Text& text);
 
-// As a JSON string with the least of escapes.
+// The text as a JSON string, with as few escapes as possible.
 [[nodiscard]] std::string jsonString(const std::string& text);
 
-// The text of a JSON string as the generator writes them; absent for all other values.
+// The text of a JSON string; absent for other values. Supports only the escapes that the generator uses.
 [[nodiscard]] std::optional<std::string> stringIn(const std::string& json);
 
 }  // namespace end_to_end

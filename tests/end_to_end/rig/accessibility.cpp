@@ -9,11 +9,11 @@ namespace end_to_end {
 
 namespace {
 
-// A program may block its main thread for some seconds. A call that times out would put it on the library's list of
-// hung programs, and later calls would fail at once, so calls wait for longer than any program is expected to block.
+// The program may block its main thread for some seconds. After a call that timed out, the library fails all later
+// calls at once, so the limit is longer than any expected block.
 constexpr std::chrono::milliseconds callLimit = std::chrono::minutes{1};
 
-// Between two looks at the program, in case no event tells of the change.
+// The pause between two checks, since some changes send no event.
 constexpr std::chrono::milliseconds pause{20};
 
 constexpr std::array<std::pair<AtspiStateType, const char*>, 8> statesInTree{{
@@ -47,7 +47,7 @@ std::shared_ptr<AtspiAccessible> desktop() {
     }();
     static_cast<void>(prepared);
     std::shared_ptr<AtspiAccessible> root = owned(atspi_get_desktop(0));
-    // The cache follows events that come late or, from some programs, not at all. The desktop's setting is everybody's.
+    // The cache follows events, which come late or not at all. The root's setting holds for all elements.
     if (root) atspi_accessible_set_cache_mask(root.get(), ATSPI_CACHE_NONE);
     return root;
 }
@@ -68,7 +68,7 @@ std::string lineFor(const Element& element, AtspiAccessible* accessible) {
     return line;
 }
 
-// Stops at the first for which `visit` returns true.
+// Stops at the first element for which `visit` returns true.
 bool visitTree(const Element& element, const std::function<bool(const Element&)>& visit) {
     if (visit(element)) return true;
     for (const Element& child : element.children()) {
@@ -77,7 +77,7 @@ bool visitTree(const Element& element, const std::function<bool(const Element&)>
     return false;
 }
 
-// Handles what the library receives during the pause.
+// Handles the library's events during the pause.
 void handleEvents() {
     bool over = false;
     const auto end = [](gpointer flag) -> gboolean {

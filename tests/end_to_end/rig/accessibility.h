@@ -1,4 +1,4 @@
-// The program under test as assistive technology sees and operates it.
+// Reads and operates the program under test through the accessibility bus.
 #pragma once
 
 #include <sys/types.h>
@@ -17,8 +17,8 @@ struct _AtspiAccessible;
 
 namespace end_to_end {
 
-// One element of a program's window. Each question is answered by the program itself at that moment, and waits for it
-// while it is busy. An element that is gone has no name and no state and can't be operated.
+// One element of a program's window. Each call asks the program, and blocks while the program is busy. An element that
+// no longer exists has no name and no state, and can't be operated.
 class Element {
   public:
     explicit Element(std::shared_ptr<_AtspiAccessible> accessible) : accessible_(std::move(accessible)) {}
@@ -26,39 +26,39 @@ class Element {
     bool isButton() const;
     bool isLabel() const;
     bool isField() const;
-    std::string role() const;  // for messages: the library's word, another one in other versions
+    std::string role() const;  // for messages only: the library's versions use different words
     std::string name() const;
-    std::string text() const;  // of a field, UTF-8; empty for what has no text to edit or select
+    std::string text() const;  // of a field, UTF-8; empty for other elements
     bool enabled() const;
     bool focused() const;
     bool showing() const;
     std::vector<Element> children() const;
 
-    // Presses a button. True when the program took the order; what the button does comes later.
+    // Presses a button. True if the program accepted the press; its effect comes later.
     bool press() const;
 
     // Replaces the text of a field.
     bool setText(const std::string& text) const;
 
-    // The element and all below it, one a line, indented: role, name, text and states.
+    // The element and its descendants, one per line, indented: role, name, text and states.
     std::string tree() const;
 
   private:
     std::shared_ptr<_AtspiAccessible> accessible_;
 };
 
-// The elements of one running program. Only what is showing is found. For the main thread alone, in a DesktopSession.
+// The elements of one running program. Finds only elements that are showing. For the main thread, in a DesktopSession.
 class AccessibleProgram {
   public:
     explicit AccessibleProgram(pid_t pid) : pid_(pid) {}
 
-    // The first in the order of the tree, absent while there is none such.
+    // The first match in tree order; absent if there is none.
     std::optional<Element> button(std::string_view name) const;
     std::optional<Element> label(std::string_view name) const;
-    std::optional<Element> field() const;    // the first text field, whatever its name
-    std::optional<Element> focused() const;  // what the keyboard goes to
+    std::optional<Element> field() const;  // the first text field, whatever its name
+    std::optional<Element> focused() const;
 
-    std::vector<Element> labels() const;  // all of them, in the order of the tree
+    std::vector<Element> labels() const;  // all, in tree order
 
     // For messages of failed tests.
     std::string tree() const;
@@ -70,8 +70,8 @@ class AccessibleProgram {
     pid_t pid_;
 };
 
-// Waits until `condition` holds; false when it does not within the limit. A program that is busy holds up the condition
-// itself, up to a minute, and that is not the condition's failure: it is asked once more after the limit.
+// Waits until `condition` is true; returns false after the limit. A busy program may block the condition for up to a
+// minute, so the condition is checked once more after the limit.
 bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit = patience);
 
 }  // namespace end_to_end

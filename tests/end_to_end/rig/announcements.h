@@ -1,4 +1,4 @@
-// What a screen reader says by itself: notifications that come on screen.
+// Records the notifications that appear on screen, which a screen reader announces.
 #pragma once
 
 #include <sys/types.h>
@@ -11,7 +11,7 @@ struct _AtspiEventListener;
 
 namespace end_to_end {
 
-// Listens while it lives. Events arrive during waitFor().
+// Listens from construction to destruction. Events arrive during waitFor().
 class Announcements {
   public:
     explicit Announcements(pid_t program);
@@ -19,7 +19,7 @@ class Announcements {
     Announcements(const Announcements&) = delete;
     Announcements& operator=(const Announcements&) = delete;
 
-    // The words of each, in their order.
+    // The text of each notification, in order.
     const std::vector<std::string>& words() const { return words_; }
 
   private:

@@ -31,17 +31,17 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-// What a step that failed leaves in the pipe to the parent.
+// Sent through the pipe to the parent when a step fails.
 struct StepFailure {
     const char* step;
     int error;
 };
 
-// All of it runs between fork and exec in a process that may have had other threads: it allocates nothing and calls
-// nothing that could wait for a lock that one of them held.
-class Beginning {
+// run() is called between fork and exec. Other threads of the parent may have held locks, so it allocates nothing and
+// makes only system calls.
+class ChildSetup {
   public:
-    Beginning(const Launch& launch, int parent)
+    ChildSetup(const Launch& launch, int parent)
         : launch_(launch), parent_(parent), arguments_{launch.path}, moved_(launch.descriptors.size()) {
         arguments_.insert(arguments_.end(), launch.arguments.begin(), launch.arguments.end());
         for (const auto& [name, value] : launch.environment) environment_.push_back(name + "=" + value);
@@ -55,11 +55,11 @@ class Beginning {
         placeDescriptors();
         if (launch_.noProcessSlots) takeProcessSlots();
         execve(launch_.path.c_str(), argumentPointers_.data(), environmentPointers_.data());
-        giveUp("exec");
+        fail("exec");
     }
 
   private:
-    [[noreturn]] void giveUp(const char* step) const {
+    [[noreturn]] void fail(const char* step) const {
         const StepFailure failure{step, errno};
         [[maybe_unused]] const ssize_t written = write(parent_, &failure, sizeof failure);
         _exit(127);
@@ -72,27 +72,27 @@ class Beginning {
         sigprocmask(SIG_SETMASK, &none, nullptr);
     }
 
-    // First out of the way of one another, then each to its place.
+    // Copies all descriptors to numbers from 100 on first, so that no dup2() overwrites one that is still needed.
     void placeDescriptors() {
         constexpr int aside = 100;
         parent_ = fcntl(parent_, F_DUPFD_CLOEXEC, aside);
         const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
-        if (parent_ < 0 || nothing < 0) giveUp("/dev/null");
+        if (parent_ < 0 || nothing < 0) fail("/dev/null");
         for (std::size_t i = 0; i < moved_.size(); ++i) {
             moved_[i] = fcntl(launch_.descriptors[i].first, F_DUPFD_CLOEXEC, aside);
-            if (moved_[i] < 0) giveUp("descriptor");
+            if (moved_[i] < 0) fail("descriptor");
         }
         syscall(SYS_close_range, 3U, ~0U, CLOSE_RANGE_CLOEXEC);
         for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-            if (dup2(nothing, standard) < 0) giveUp("standard descriptor");
+            if (dup2(nothing, standard) < 0) fail("standard descriptor");
         }
         for (std::size_t i = 0; i < moved_.size(); ++i) {
-            if (dup2(moved_[i], launch_.descriptors[i].second) < 0) giveUp("descriptor");
+            if (dup2(moved_[i], launch_.descriptors[i].second) < 0) fail("descriptor");
         }
     }
 
-    // Answers as the kernel does when there are no slots left. A limit would not do: it binds no superuser, and counts
-    // threads. The filter cannot read the arguments of clone3, but the C library asks by clone where that is missing.
+    // Makes fork fail with EAGAIN, as the kernel does without free process slots. RLIMIT_NPROC does not bind root, and
+    // counts threads. The filter cannot read the arguments of clone3; without it the C library uses clone.
     void takeProcessSlots() const {
         constexpr auto answer = [](unsigned error) { return SECCOMP_RET_ERRNO | error; };
         constexpr auto call = static_cast<unsigned>(offsetof(seccomp_data, nr));
@@ -108,8 +108,8 @@ class Beginning {
             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
         }};
         const sock_fprog program{filter.size(), filter.data()};
-        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) giveUp("no new privileges");
-        if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) giveUp("system call filter");
+        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) fail("no new privileges");
+        if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) fail("system call filter");
     }
 
     const Launch& launch_;
@@ -139,14 +139,14 @@ std::optional<std::string> ChildProcess::start(const Launch& launch) {
     const Descriptor failures(ends[0]);
     Descriptor child(ends[1]);
 
-    Beginning beginning(launch, child.number());
+    ChildSetup setup(launch, child.number());
     const pid_t forked = fork();
     if (forked < 0) return std::string("fork: ") + std::strerror(errno);
-    if (forked == 0) beginning.run();
+    if (forked == 0) setup.run();
 
     pid_ = forked;
     watch_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid_, 0)));
-    { const Descriptor ours = std::move(child); }  // The end of the pipe is the sign that exec has gone well.
+    child.close();  // Now the pipe ends when exec succeeds.
     StepFailure failure{};
     if (read(failures.number(), &failure, sizeof failure) != sizeof failure) return std::nullopt;
     waitForExit();

@@ -21,10 +21,10 @@ using Environment = std::map<std::string, std::string>;
 
 struct Launch {
     std::string path;                              // absolute
-    std::vector<std::string> arguments;            // without the name of the program
-    Environment environment;                       // the whole of it
-    std::vector<std::pair<int, int>> descriptors;  // ours, and the number it gets in the child
-    bool noProcessSlots = false;                   // the system refuses it every further process, but no thread
+    std::vector<std::string> arguments;            // without argv[0]
+    Environment environment;                       // complete, nothing is inherited
+    std::vector<std::pair<int, int>> descriptors;  // our descriptor and its number in the child
+    bool noProcessSlots = false;                   // fork fails in the child, threads still start
 };
 
 struct ExitStatus {
@@ -34,7 +34,7 @@ struct ExitStatus {
     bool operator==(const ExitStatus&) const = default;
 };
 
-// Killed and reaped at the end of its life, if not ended before.
+// The destructor kills and reaps the process.
 class ChildProcess {
   public:
     ChildProcess() = default;
@@ -42,15 +42,15 @@ class ChildProcess {
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    // Starts the process, once, with the descriptors named and nothing else of ours; what is not named of standard
-    // input, output and error is /dev/null. Returns what went wrong, or nothing. The process is killed when the calling
-    // thread ends, so call it on the main thread.
+    // Starts the process; call it once. The child gets only the descriptors named, and /dev/null for each standard
+    // stream not named. Returns the error, if any. Call it on the main thread: the child is killed when the calling
+    // thread ends.
     [[nodiscard]] std::optional<std::string> start(const Launch& launch);
 
     pid_t pid() const { return pid_; }
     std::optional<ExitStatus> waitForExit(std::chrono::milliseconds limit = patience);
     void signal(int number);  // does nothing after the exit
-    void end();               // asks with SIGTERM, insists with SIGKILL
+    void end();               // sends SIGTERM, and SIGKILL if that does not end it
 
   private:
     pid_t pid_ = 0;

@@ -19,7 +19,7 @@ namespace {
 
 using Failure = std::optional<std::string>;
 
-// The number a service gets for the descriptor that it reports its readiness on.
+// The descriptor in a service's process on which it reports that it is ready.
 constexpr int reportDescriptor = 3;
 
 struct Pipe {
@@ -38,7 +38,7 @@ int millisecondsUntil(std::chrono::steady_clock::time_point deadline) {
     return std::max(0, static_cast<int>(left.count()));
 }
 
-// Absent when the writer ends, or the patience does, before there is a whole line.
+// Absent if the writer ends, or time runs out, before a whole line has come.
 std::optional<std::string> lineFrom(const Descriptor& reader) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     std::string line;
@@ -54,13 +54,13 @@ std::optional<std::string> lineFrom(const Descriptor& reader) {
     }
 }
 
-// Starts a service and returns the line by which it says that it is ready.
+// Starts a service and returns the line that it writes when it is ready.
 std::optional<std::string> startAndListen(ChildProcess& process, Launch launch, Failure& failure) {
     Pipe report = makePipe();
     launch.descriptors.emplace_back(report.writer.number(), reportDescriptor);
     failure = process.start(launch);
     if (failure) return std::nullopt;
-    { const Descriptor ours = std::move(report.writer); }
+    report.writer.close();
     const std::optional<std::string> line = lineFrom(report.reader);
     if (!line) failure = launch.path + " does not get ready";
     return line;
@@ -80,7 +80,7 @@ Connection connectTo(const std::string& address) {
     return connection;
 }
 
-// The rule comes before the question, so that a name taken in between is not missed.
+// Subscribes before it asks, so that it does not miss a name taken in between.
 bool waitForOwner(DBusConnection* connection, const std::string& name) {
     const std::string rule =
         "type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" + name + "'";
@@ -95,8 +95,8 @@ bool waitForOwner(DBusConnection* connection, const std::string& name) {
     return true;
 }
 
-// Programs offer their elements when the accessibility bus says that somebody wants them.
-bool wantElements(DBusConnection* connection) {
+// Programs export their elements while this property is set.
+bool enableAccessibility(DBusConnection* connection) {
     struct Unref {
         void operator()(DBusMessage* message) const { dbus_message_unref(message); }
     };
@@ -172,7 +172,7 @@ std::optional<std::string> DesktopSession::startDisplay() {
 }
 
 std::optional<std::string> DesktopSession::startSessionBus() {
-    // Services of the machine's own desktop must not come to life in a test, so the bus knows of none.
+    // No service folders, so that a test never activates a service of the machine's own desktop.
     const std::filesystem::path configuration = folder_.path() / "bus.conf";
     std::ofstream(configuration) << "<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN' "
                                     "'http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd'>"
@@ -198,13 +198,13 @@ std::optional<std::string> DesktopSession::startSessionBus() {
 }
 
 std::optional<std::string> DesktopSession::startAccessibilityBus() {
-    // Newer launchers refuse --a11y=1, so what it did is asked for by message.
+    // Newer launchers refuse --a11y=1, so a message enables accessibility instead.
     Failure failure = accessibilityBus_.start(service("/usr/libexec/at-spi-bus-launcher", {"--launch-immediately"}));
     if (failure) return failure;
     const Connection connection = connectTo(busAddress_);
     if (!connection) return "no connection to " + busAddress_;
     if (!waitForOwner(connection.get(), "org.a11y.Bus")) return "the accessibility bus does not get ready";
-    if (!wantElements(connection.get())) return "the accessibility bus cannot be switched on";
+    if (!enableAccessibility(connection.get())) return "accessibility cannot be enabled";
     return std::nullopt;
 }
 
@@ -214,7 +214,7 @@ Launch DesktopSession::service(std::string path, std::vector<std::string> argume
     launch.arguments = std::move(arguments);
     launch.environment = environment();
     launch.environment["HOME"] = folder_.path() / "home";
-    launch.environment["GSETTINGS_BACKEND"] = "memory";  // The user's own settings are neither read nor changed.
+    launch.environment["GSETTINGS_BACKEND"] = "memory";  // Leaves the user's own settings alone.
     launch.descriptors = {{serviceLog_.number(), STDOUT_FILENO}, {serviceLog_.number(), STDERR_FILENO}};
     return launch;
 }

@@ -1,4 +1,4 @@
-// A desktop without a screen.
+// A virtual desktop session.
 #pragma once
 
 #include <optional>
@@ -9,12 +9,12 @@
 
 namespace end_to_end {
 
-// A display of 1000 by 800 pixels without a window manager, a session bus that starts no service by itself, and the
-// accessibility bus, switched on: all private, in a scratch folder, ended with the object.
+// A display of 1000 by 800 pixels without a window manager, a session bus that activates no services, and the
+// accessibility bus, enabled. All are private and end with the object.
 //
-// The accessibility library connects once in the life of a process, to what the process's own environment names. So the
-// session also puts its variables there, and a process has one session at most, made before its first look at an
-// accessible element and on the main thread.
+// The accessibility library connects once per process, to the bus that the process's environment names. So the session
+// sets its variables in this process too. Make one session at most, on the main thread, before the first use of an
+// accessible element.
 class DesktopSession {
   public:
     DesktopSession();
@@ -22,16 +22,16 @@ class DesktopSession {
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
 
-    // What went wrong at the start, with what the services printed; nothing when the session is up.
+    // Why the session did not start, with the services' output; nothing if it runs.
     const std::optional<std::string>& failure() const { return failure_; }
 
     const std::string& display() const { return display_; }
 
-    // Takes the display away from whoever uses it. No other test of this process has one after that.
+    // Ends the display server. Later tests of this process have no display.
     void endDisplay() { displayServer_.end(); }
 
-    // The variables a program of this session has: those of the session itself, a PATH, and the options for sanitizers
-    // that the test has been given. No home and no language: they are the test's to choose.
+    // The variables for a program in this session: the session's own, a PATH, and this process's sanitizer options. The
+    // test adds a home and a locale.
     Environment environment() const;
 
   private:

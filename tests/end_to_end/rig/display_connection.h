@@ -1,4 +1,4 @@
-// A connection to an X display, whose library's names do not go well with others' and stay in a few source files.
+// A connection to an X display. Include it in few source files: Xlib's macros break other headers.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -13,8 +13,8 @@ struct CloseDisplay {
 };
 using DisplayConnection = std::unique_ptr<Display, CloseDisplay>;
 
-// Requests about a window that has just gone are ignored instead of ending the process. Null when there is no such
-// display.
+// Null if there is no such display. Protocol errors, such as for a window that no longer exists, are ignored; by
+// default Xlib ends the process.
 DisplayConnection connectToDisplay(const std::string& name);
 
 }  // namespace end_to_end

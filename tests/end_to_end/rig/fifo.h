@@ -1,4 +1,4 @@
-// A named pipe that scripts write to and the test reads, or that they wait at in vain.
+// A named pipe that scripts write to, or block on.
 #pragma once
 
 #include <chrono>
@@ -13,18 +13,18 @@ namespace end_to_end {
 
 using testSupport::Descriptor;
 
-// Held open at both ends, so that opening it never waits for the other side. A script that still waits to read from it
-// sees its end when the object goes. For the thread that made it alone.
+// Open at both ends, so that a script's open() never blocks. A script blocked in read() gets end of file when the
+// object is destroyed. Use it on one thread.
 class Fifo {
   public:
     explicit Fifo(std::filesystem::path path);
 
     const std::filesystem::path& path() const { return path_; }
 
-    // All that has ever been written into it.
+    // All bytes written so far.
     const std::string& bytes();
 
-    // Waits until `enough` is true of all that has been written; false when it is not within the limit.
+    // Waits until `enough` is true for the bytes written; returns false after the limit.
     bool waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit = patience);
 
   private:

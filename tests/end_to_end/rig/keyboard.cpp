@@ -23,7 +23,7 @@ KeySym symbolNamed(const std::string& name) {
     return XStringToKeysym(name.c_str());
 }
 
-// Down in this order, up in the opposite one. Empty when the keyboard lacks one of them.
+// The keys to press in this order and release in reverse. Empty if the keyboard lacks one of them.
 std::vector<KeyCode> keysFor(Display* display, std::vector<KeySym> symbols) {
     std::vector<KeyCode> keys;
     const KeyCode last = symbols.empty() ? KeyCode{} : XKeysymToKeycode(display, symbols.back());

@@ -1,4 +1,4 @@
-// The keyboard of a display.
+// Types on an X display.
 #pragma once
 
 #include <memory>
@@ -7,15 +7,15 @@
 
 namespace end_to_end {
 
-// Keys go to the window that has the keyboard (ProgramWindow::giveKeyboard), through the same path as a real
-// keyboard's, and are on their way when an operation returns; what the program makes of them comes later.
+// Keys go to the focused window (ProgramWindow::focus) by the XTEST extension, like a real keyboard's. Calls
+// return once the keys are sent; the program handles them later.
 class Keyboard {
   public:
     explicit Keyboard(const std::string& display);
     ~Keyboard();
 
-    // One key by its X name, with the modifiers to be held in front: "Tab", "space", "Return", "Shift+Tab", "Ctrl+q".
-    // False when the keyboard has no such key.
+    // One key by its X name, with modifiers before it: "Tab", "space", "Return", "Shift+Tab", "Ctrl+q". False if the
+    // keyboard has no such key.
     bool press(std::string_view chord);
 
   private:

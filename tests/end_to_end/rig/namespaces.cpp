@@ -30,7 +30,7 @@ bool writeTo(const char* path, const std::string& text) {
     return file.good();
 }
 
-// The user keeps their own number, so that the program under test does not believe it runs as root.
+// Maps the user to the same id, so that the program under test does not run as root.
 Failure keepIdentity(uid_t user, gid_t group) {
     const auto mapping = [](auto id) { return std::to_string(id) + " " + std::to_string(id) + " 1\n"; };
     if (!writeTo("/proc/self/setgroups", "deny")) return failed("/proc/self/setgroups");
@@ -39,8 +39,8 @@ Failure keepIdentity(uid_t user, gid_t group) {
     return std::nullopt;
 }
 
-// X servers find a free display number with the help of sockets in this folder and of the network; with only one of the
-// two private, two servers would take the same number and the later one remove the earlier one's socket.
+// An X server finds a free display number by its sockets in this folder and on the network. If only one of the two were
+// private, two servers would take the same number, and the second would remove the first one's socket.
 Failure hideSocketsOfOtherDisplays() {
     const char* const folder = "/tmp/.X11-unix";
     if (mkdir(folder, 0777) == 0) chmod(folder, 01777);
@@ -66,10 +66,10 @@ Failure enter() {
     if (user != 0) {
         if (Failure failure = keepIdentity(user, group)) return failure;
     }
-    // Mounts of ours must not appear outside.
+    // Keeps our mounts out of the parent namespace.
     if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return failed("mount --make-rprivate /");
     if (Failure failure = hideSocketsOfOtherDisplays()) return failure;
-    // The network comes last: without its loopback interface no other test would work.
+    // Last, because an early return after it would leave the process without a loopback interface.
     if (unshare(CLONE_NEWNET) != 0) return failed("unshare the network");
     return raiseLoopback();
 }

@@ -1,4 +1,4 @@
-// A test process with mounts and a network of its own.
+// Puts a test process into mount and network namespaces of its own.
 #pragma once
 
 #include <optional>
@@ -6,13 +6,13 @@
 
 namespace end_to_end {
 
-// Gives the process mounts of its own and a network with nothing but loopback. Root needs CAP_SYS_ADMIN for it, another
-// user the right to make user namespaces; a bare chroot, whose root folder is no mount point, won't do.
+// The new network has only the loopback interface. Root needs CAP_SYS_ADMIN, other users need user namespaces, and the
+// root folder must be a mount point, which it is not in a bare chroot. Without these the process keeps its network.
 //
-// Call it first in main, before any thread is started. Where it is not permitted, the process keeps its network.
+// Call it first in main(), before any thread starts.
 void enterOwnNamespaces();
 
-// Why the process has none, for GTEST_SKIP(); nothing when it has them.
+// Why the process has no namespaces of its own, for GTEST_SKIP(); nothing if it has them.
 [[nodiscard]] const std::optional<std::string>& whyNoOwnNamespaces();
 
 }  // namespace end_to_end

@@ -1,4 +1,4 @@
-// The entry point of end-to-end tests some of which need mounts or a network of their own.
+// The entry point of end-to-end tests that need mounts or a network of their own.
 #include "tests/end_to_end/rig/namespaces.h"
 
 #include "tests/end_to_end/rig/run_tests.h"

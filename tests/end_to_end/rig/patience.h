@@ -1,4 +1,4 @@
-// How long the rig waits for something that is bound to happen before it calls that a failure.
+// How long the rig waits for an expected event before the test fails.
 #pragma once
 
 #include <chrono>

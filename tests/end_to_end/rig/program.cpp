@@ -28,7 +28,7 @@ std::optional<std::string> firstLineOf(std::string_view bytes, const std::functi
     return std::nullopt;
 }
 
-// Only our end does not block: the program gets a pipe like that of a shell.
+// Only our end is non-blocking, so that the program gets an ordinary pipe.
 Descriptor openPipe(Descriptor& reader) {
     std::array<int, 2> ends{-1, -1};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) return {};
@@ -84,7 +84,7 @@ std::optional<ExitStatus> Program::waitForExit(std::chrono::milliseconds limit) 
     return status;
 }
 
-// Ends with the program's output, or when told to: something that the program has started may keep the pipes open.
+// Reads until both pipes end or stopReading() is called, since a child of the program may keep the pipes open.
 void Program::readAll() {
     bool stopped = false;
     while (!stopped && (output_.open || error_.open)) {
@@ -102,7 +102,7 @@ void Program::readAll() {
     changed_.notify_all();
 }
 
-// Takes what there is.
+// Reads all available bytes.
 void Program::receive(Source& source) {
     std::array<char, 4096> buffer{};
     while (true) {

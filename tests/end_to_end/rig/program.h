@@ -1,4 +1,4 @@
-// The program under test, started as from a terminal.
+// Runs the program under test and records its output.
 #pragma once
 
 #include <chrono>
@@ -18,7 +18,7 @@ namespace end_to_end {
 
 enum class Stream { output, error };
 
-// Started at once, killed and reaped at the end of its life. The operations are for the main thread.
+// The constructor starts the program, the destructor kills and reaps it. Use it on the main thread.
 class Program {
   public:
     struct Setting {
@@ -33,23 +33,23 @@ class Program {
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // Why it could not be started, or nothing.
+    // Why the program could not be started, if it could not.
     const std::optional<std::string>& failure() const { return failure_; }
 
     pid_t pid() const { return process_.pid(); }
 
-    // What it has written so far.
+    // All output so far.
     std::string bytes(Stream stream) const;
-    // Its whole lines on standard output so far, without their line feeds.
+    // The complete lines on standard output so far, without line feeds.
     std::vector<std::string> log() const;
 
-    // Waits for a line on standard output; returns the first there is, also when it is an old one. Absent after the
-    // limit, and once the program has closed its output.
+    // Waits for a line on standard output; earlier lines count too. Returns the first match. Absent after the limit, or
+    // if the program closes its output.
     std::optional<std::string> waitForLine(const std::function<bool(std::string_view)>& matches,
                                            std::chrono::milliseconds limit = patience) const;
     bool waitForLine(std::string_view line, std::chrono::milliseconds limit = patience) const;
 
-    // Absent when it still runs after the limit. After the exit, all that it has written has been read.
+    // Absent if the program still runs after the limit. After the exit bytes() is complete.
     std::optional<ExitStatus> waitForExit(std::chrono::milliseconds limit = patience);
 
     void signal(int number) { process_.signal(number); }

@@ -46,7 +46,7 @@ std::optional<XWindowAttributes> shownAttributes(Display* display, Window window
     return attributes;
 }
 
-// Waits for anything to happen to windows on the display; false after the deadline.
+// Waits for any window event on the display; false after the deadline.
 bool waitForChange(Display* display, std::chrono::steady_clock::time_point deadline) {
     while (XPending(display) == 0) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
@@ -82,7 +82,7 @@ std::optional<ProgramWindow> ProgramWindow::waitFor(const std::string& display, 
     return std::nullopt;
 }
 
-void ProgramWindow::giveKeyboard() const {
+void ProgramWindow::focus() const {
     const DisplayConnection connection = connectToDisplay(display_);
     XSetInputFocus(connection.get(), window_, RevertToParent, CurrentTime);
     XSync(connection.get(), 0);

@@ -1,4 +1,4 @@
-// The window of the program under test, treated as a window manager would.
+// Finds and controls the window of the program under test, as a window manager would.
 #pragma once
 
 #include <sys/types.h>
@@ -13,17 +13,17 @@ namespace end_to_end {
 
 class ProgramWindow {
   public:
-    // Waits until the program shows a window on the display; absent when it does not within the limit.
+    // Waits until the program shows a window on the display; absent after the limit.
     static std::optional<ProgramWindow> waitFor(const std::string& display, pid_t program,
                                                 std::chrono::milliseconds limit = patience);
 
-    int width() const { return width_; }    // when it was found, in pixels
-    int height() const { return height_; }  // when it was found, in pixels
+    int width() const { return width_; }    // in pixels, when found
+    int height() const { return height_; }  // in pixels, when found
 
-    // On a display without a window manager nobody else gives it the keyboard.
-    void giveKeyboard() const;
+    // Gives the window the keyboard focus: there is no window manager to do so.
+    void focus() const;
 
-    // Asks the program to close the window, as the window's close button would. The program may refuse.
+    // Asks the program to close the window, like a close button.
     void askToClose() const;
 
   private:

@@ -2,8 +2,7 @@
 
 namespace end_to_end {
 
-// Runs the tests and then ends whatever the programs, buses and scripts under test have left running. Returns the
-// status for main.
+// Runs the tests, then kills all processes that they left running. Returns the exit status.
 [[nodiscard]] int runTests(int argc, char** argv);
 
 }  // namespace end_to_end

@@ -5,8 +5,8 @@
 
 namespace end_to_end {
 
-// Made empty and for this user alone below the folder for temporary files, removed with all that is in it at the end of
-// its life. Without a place to make it in, the process ends with a message.
+// An empty folder in the folder for temporary files, readable by this user alone; the destructor removes it. If it
+// can't be made, the process aborts.
 class ScratchFolder {
   public:
     ScratchFolder();

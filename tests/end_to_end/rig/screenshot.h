@@ -5,7 +5,7 @@
 
 namespace end_to_end {
 
-// Saves what the whole display shows as a PNG file. False when the display can't be read or the file not written.
+// Saves the whole display as a PNG file. False if the display can't be read or the file can't be written.
 bool saveScreenshot(const std::string& display, const std::string& file);
 
 }  // namespace end_to_end

@@ -1,5 +1,5 @@
-// Preloaded into the program under test: starts a script from the folder that SCRIPTED_COMMANDS names in place of each
-// command that tells of the hardware. It needs no privilege, and whatever else the program starts stays what it is.
+// Preloaded into the program under test: for each of the three hardware commands it starts the script of the same path
+// in the folder that SCRIPTED_COMMANDS names. It needs no privilege, and other programs start as usual.
 #include <dlfcn.h>
 #include <spawn.h>
 

@@ -24,8 +24,8 @@ void writeFile(const fs::path& path, std::string_view text) {
     std::abort();
 }
 
-// The file in the place of a command. What it does is in a file of its own, so that a run that has begun keeps its
-// text.
+// The file in the place of a command. It reads its body from another file, so that replacing the body does not change
+// a run that has started.
 std::string scriptFor(const std::string& command, const fs::path& record, const fs::path& gate, const fs::path& body) {
     const auto assignment = [](const std::string& name, const std::string& value) {
         return name + "='" + value + "'\n";

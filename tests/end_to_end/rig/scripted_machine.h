@@ -1,4 +1,4 @@
-// A Mac's commands, each of which prints what a test has written down.
+// Scripts in place of the Mac's commands.
 #pragma once
 
 #include <chrono>
@@ -14,30 +14,26 @@
 
 namespace end_to_end {
 
-// The variables that make a program start the commands in `folder` ("<folder>/usr/sbin/sysctl" and so on) in place of
+// The environment that makes a program start the commands in `folder` ("<folder>/usr/sbin/sysctl" and so on) instead of
 // the machine's own.
 [[nodiscard]] Environment startingCommandsIn(const std::filesystem::path& folder);
 
-// Commands are named by the absolute path that the program starts them by: "/usr/sbin/sysctl",
-// "/usr/sbin/system_profiler" or "/bin/df". One that has no script is missing. What a command does can be changed at
-// any time.
-//
-// Make it before the program and keep it for longer.
+// Commands are named by their absolute paths: "/usr/sbin/sysctl", "/usr/sbin/system_profiler" and "/bin/df". A command
+// without a script does not exist. Scripts can be replaced at any time. The object must outlive the program.
 class ScriptedMachine {
   public:
     ScriptedMachine();
 
-    // From its next run on, the command does what `shellText` says: for sh(1), its arguments in "$@".
+    // From its next run on, the command runs `shellText` by sh(1), with its arguments in "$@".
     void script(const std::string& command, std::string_view shellText);
 
-    // Each later run of a scripted command hangs after it has been recorded.
+    // Each later run of the command is recorded and then hangs.
     void hold(const std::string& command);
 
-    // The runs of all scripted commands in the order in which they began, each as its path and arguments with single
-    // spaces between.
+    // The runs of all scripted commands in the order of their start: path and arguments, separated by spaces.
     std::vector<std::string> runs();
 
-    // Waits until that many runs have begun.
+    // Waits until that many runs have started.
     bool waitForRuns(std::size_t count, std::chrono::milliseconds limit = patience);
 
     // For the program's environment.

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 using Calls = std::vector<std::vector<std::string>>;
 
-// The text up to the next zero byte.
+// The text up to the next NUL.
 std::optional<std::string> nextText(const std::string& bytes, std::size_t& position) {
     const std::size_t end = bytes.find('\0', position);
     if (end == std::string::npos) return std::nullopt;
@@ -21,7 +21,7 @@ std::optional<std::string> nextText(const std::string& bytes, std::size_t& posit
     return text;
 }
 
-// Whole calls alone: each is the number of its arguments, then those, each with a zero byte after it.
+// The complete calls in `bytes`. A call is the number of its arguments, then the arguments, each followed by a NUL.
 Calls callsIn(const std::string& bytes) {
     Calls calls;
     std::size_t position = 0;

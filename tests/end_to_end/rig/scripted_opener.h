@@ -1,4 +1,4 @@
-// The command by which programs open a page in the browser, xdg-open(1), as a test wants it.
+// A script in place of xdg-open(1), the command that opens a page in the browser.
 #pragma once
 
 #include <chrono>
@@ -11,7 +11,7 @@
 
 namespace end_to_end {
 
-// Succeeds at once. Make it before the program and keep it for longer.
+// The script succeeds at once. The object must outlive the program.
 class ScriptedOpener {
   public:
     ScriptedOpener();

@@ -26,10 +26,10 @@ namespace fs = std::filesystem;
 constexpr int pixelWidth = 1600;
 constexpr int pixelHeight = 1200;
 
-// The oldest sway in use refuses to run as root, so root has it run as nobody.
+// Older versions of sway refuse to run as root, so root runs it as nobody.
 constexpr uid_t nobody = 65534;
 
-// The kinds of its messages.
+// Kinds of sway's IPC messages.
 enum class Question : std::uint32_t { outputs = 3, tree = 4 };
 
 bool sendAll(const Descriptor& socket, const QByteArray& bytes) {
@@ -42,8 +42,8 @@ QByteArray receive(const Descriptor& socket, std::size_t count) {
     return received == static_cast<ssize_t>(count) ? bytes : QByteArray();
 }
 
-// Over the compositor's socket; a header is a magic word, the length of what follows, and the kind. Null when there is
-// no answer.
+// Asks over the compositor's socket. A header is a magic word, the payload's length and the kind. Null if no answer
+// comes.
 QJsonDocument ask(const fs::path& socketPath, Question question) {
     const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const timeval limit{patience.count(), 0};
@@ -80,7 +80,7 @@ QJsonObject nodeOf(pid_t program, const QJsonObject& node) {
 
 }  // namespace
 
-std::optional<std::string> WaylandDesktop::whyNone() {
+std::optional<std::string> WaylandDesktop::whyUnavailable() {
     const auto missing = [](const std::string& package) { return "the package " + package + " is not installed"; };
     for (const char* const program : {"sway", "grim"}) {
         if (!fs::exists(fs::path("/usr/bin") / program)) return missing(program);

@@ -1,4 +1,4 @@
-// A Wayland desktop without a screen.
+// A virtual Wayland desktop.
 #pragma once
 
 #include <sys/types.h>
@@ -12,41 +12,41 @@
 
 namespace end_to_end {
 
-// The compositor sway with one screen of 1600 by 1200 pixels, ended with the object. It puts title bars on windows that
-// don't refuse them, and lets windows of fixed size float. Lengths and places are in points.
+// The compositor sway with one screen of 1600 by 1200 pixels; it ends with the object. It adds a title bar to a window
+// unless the window refuses one, and lets windows of fixed size float. Sizes and positions are in points.
 class WaylandDesktop {
   public:
-    // Why this machine has none, for GTEST_SKIP(): a package or a permission is missing. Nothing when it has.
-    static std::optional<std::string> whyNone();
+    // Which package or permission is missing, for GTEST_SKIP(); nothing if the desktop can run.
+    static std::optional<std::string> whyUnavailable();
 
     explicit WaylandDesktop(double scale = 1);
     ~WaylandDesktop() { end(); }
 
-    // What went wrong at the start; nothing when it is up.
+    // Why it did not start; nothing if it runs.
     const std::optional<std::string>& failure() const { return failure_; }
 
     const std::string& display() const { return display_; }
     int width() const { return width_; }
     int height() const { return height_; }
 
-    // What a program of a session has here instead of an X display.
+    // The session's environment with this display in place of the X display.
     Environment environmentFrom(Environment session) const;
 
     struct Window {
         int x = 0;
         int y = 0;
-        int width = 0;   // title bar and borders included
-        int height = 0;  // title bar and borders included
+        int width = 0;   // with title bar and borders
+        int height = 0;  // with title bar and borders
         bool hasTitleBar = false;
         std::string applicationId;
     };
 
-    // A program's window once it is shown, first frame and all.
+    // The program's window, once its first frame is shown.
     std::optional<Window> windowOf(pid_t program) const;
 
     bool saveScreenshot(const std::string& file) const;
 
-    // Takes the display away from whoever uses it.
+    // Ends the compositor, and with it the display.
     void end() { compositor_.end(); }
 
   private:

@@ -12,8 +12,8 @@ namespace end_to_end {
 
 namespace {
 
-// The protocol by which a program plays a pointer, as far as it is used here. No header of the system declares it. A
-// request's number is its place in the list.
+// The part of the virtual pointer protocol that is used here; no system header declares it. A request's number is its
+// index in the list.
 std::array<const wl_interface*, 5> plainTypes{};
 
 enum PointerRequest : std::uint32_t { motionAbsolute = 1, button = 2, frame = 4 };
@@ -34,7 +34,7 @@ struct Disconnect {
     void operator()(wl_display* display) const { wl_display_disconnect(display); }
 };
 
-// What the library's own functions do with every object of theirs.
+// The library's own functions cast their objects in this way.
 wl_proxy* asProxy(void* object) { return static_cast<wl_proxy*>(object); }
 
 std::uint32_t now() {
@@ -44,7 +44,7 @@ std::uint32_t now() {
 
 }  // namespace
 
-// The compositor takes the pointer away when the connection ends.
+// The compositor removes the pointer when the connection ends.
 struct WaylandPointer::Connection {
     Connection() = default;
     ~Connection() {
@@ -72,12 +72,12 @@ struct WaylandPointer::Connection {
         pointer = wl_proxy_marshal_flags(pointerManager, creation, &pointerInterface, 1, 0, seat, nullptr);
     }
 
-    // Until the compositor has answered, so has taken all that was sent before.
+    // Waits until the compositor has received all earlier requests.
     void synchronize() const {
         if (display) wl_display_roundtrip(display.get());
     }
 
-    void bindWhatIsNeeded() {
+    void bindSeatAndPointerManager() {
         static const wl_registry_listener listener{
             [](void* data, wl_registry* all, std::uint32_t name, const char* interface, std::uint32_t) {
                 auto& self = *static_cast<Connection*>(data);
@@ -100,7 +100,7 @@ WaylandPointer::WaylandPointer(const std::string& display, int width, int height
     : connection_(std::make_unique<Connection>()), width_(width), height_(height) {
     connection_->display.reset(wl_display_connect(display.c_str()));
     if (!connection_->display) return;
-    connection_->bindWhatIsNeeded();
+    connection_->bindSeatAndPointerManager();
     connection_->createPointer();
     connection_->synchronize();
 }

@@ -1,4 +1,4 @@
-// The pointer of a Wayland desktop.
+// Moves and clicks the pointer of a Wayland desktop.
 #pragma once
 
 #include <memory>
@@ -6,21 +6,21 @@
 
 namespace end_to_end {
 
-// It is there from the construction to the end of its life. What it does takes the same path as a real device's, and
-// has reached the compositor when an operation returns; what a program makes of it comes later.
+// A virtual device, like a real one to programs. When a call returns, the compositor has its events; the program
+// handles them later.
 class WaylandPointer {
   public:
-    // On the display of that name, whose screen has that many points.
+    // `width` and `height` are the screen's size in points.
     WaylandPointer(const std::string& display, int width, int height);
     ~WaylandPointer();
     WaylandPointer(const WaylandPointer&) = delete;
     WaylandPointer& operator=(const WaylandPointer&) = delete;
 
-    // False when the display can't be reached or takes no input from programs.
+    // False if the display can't be reached or accepts no virtual pointer.
     bool works() const;
 
     void moveTo(int x, int y);  // in points from the screen's top left
-    void holdButton();          // the left one
+    void holdButton();          // the left button
     void releaseButton();
     void click(int x, int y);
 
