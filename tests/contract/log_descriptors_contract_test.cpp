@@ -38,13 +38,16 @@ TEST(LogDescriptors, AChildDoesNotInheritTheLog) {
     const testSupport::TemporaryFolder folder;
     const std::filesystem::path log = folder.path() / "log";
     const std::filesystem::path error = folder.path() / "error";
-    EXPECT_EQ(shell(CHILD_PATH " with-a-child >" + quoted(log) + " 2>" + quoted(error)).status, 0);
+    EXPECT_EQ(
+        shell(CHILD_PATH " with-a-child 'ls -l /proc/self/fd >&2' >" + quoted(log) + " 2>" + quoted(error)).status, 0);
 
     EXPECT_EQ(textOf(log), "logged\n");
     const std::string descriptorsOfTheChild = textOf(error);
     EXPECT_NE(descriptorsOfTheChild.find(" -> " + error.string() + "\n"), std::string::npos) << descriptorsOfTheChild;
     EXPECT_EQ(descriptorsOfTheChild.find(" -> " + log.string() + "\n"), std::string::npos) << descriptorsOfTheChild;
 }
+
+TEST(LogDescriptors, AFullDeviceLosesOnlyTheLine) { EXPECT_EQ(shell(CHILD_PATH " much >/dev/full").status, 0); }
 
 TEST(LogDescriptors, ALineLostOnAFullDiskIsNotWrittenLater) {
     if (const auto refusal = whyNoOwnMounts()) GTEST_SKIP() << *refusal;

@@ -18,7 +18,7 @@ struct ShellResult {
 
 [[nodiscard]] inline ShellResult shell(const std::string& command) {
     ShellResult result;
-    FILE* pipe = popen(command.c_str(), "re");
+    FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) return result;
     for (int byte = fgetc(pipe); byte != EOF; byte = fgetc(pipe)) result.output += static_cast<char>(byte);
     const int status = pclose(pipe);

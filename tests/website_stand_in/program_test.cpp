@@ -16,7 +16,7 @@ using testSupport::shell;
 // Starts the website on a free port; the destructor kills it.
 class RunningWebsite {
   public:
-    RunningWebsite() : pipe_(popen("echo $$; exec " WEBSITE_STAND_IN_PROGRAM, "re")) {
+    RunningWebsite() : pipe_(popen("echo $$; exec " WEBSITE_STAND_IN_PROGRAM, "r")) {
         process_ = std::stoi(nextLine());
         const std::string line = nextLine();
         port = std::stoi(line.substr(line.rfind(':') + 1));
