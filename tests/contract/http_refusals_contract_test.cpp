@@ -1,11 +1,11 @@
 // Missing resources: threads, descriptors, a network. Each test runs in a process that has not used the session.
+#include "platform/http.h"
+
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#ifdef __linux__
-#include <sched.h>
-#endif
 
 #include <cstdlib>
 #include <optional>
@@ -13,7 +13,6 @@
 #include <utility>
 #include <variant>
 
-#include "platform/http.h"
 #include "tests/contract/http_requests.h"
 #include "tests/support/scripted_server.h"
 
@@ -83,7 +82,6 @@ TEST(HttpSessionDeathTest, ReportsAnErrorWithoutFreeDescriptorsAndRetriesWithThe
     }
 }
 
-#ifdef __linux__
 constexpr int noPermission = 77;
 
 int lookUpANameWithoutANetwork() {
@@ -107,6 +105,5 @@ TEST(HttpSessionDeathTest, ReportsThatThereIsNoNetworkWhenNoNameCanBeFound) {
         GTEST_SKIP() << (geteuid() == 0 ? "needs a network of its own (CAP_SYS_ADMIN)"
                                         : "needs a network of its own (user namespaces)");
 }
-#endif
 
 }  // namespace

@@ -1,9 +1,7 @@
 #include "submit/submission_response.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -151,25 +149,5 @@ TEST_F(SubmissionResponse, AFailureToOpenThePageIsLoggedWithoutTheId) {
     EXPECT_EQ(machine().log.back(), "❌ Failed to open URL: http://site.example/?hardware_id=42");
     EXPECT_TRUE(submission_.succeeded);
 }
-
-#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// Returns 0 if the outcome is as expected.
-int settleWithoutMemoryForTheReason() {
-    std::string body = R"({"success":false,"error":")" + std::string(std::size_t{256} << 20U, 'x') + "\"}";
-    rlimit limit{};
-    getrlimit(RLIMIT_AS, &limit);
-    limit.rlim_cur = std::size_t{400} << 20U;  // Enough for the body, but not for a copy.
-    if (setrlimit(RLIMIT_AS, &limit) != 0) return 1;
-    Submission submission("http://site.example");
-    handleSubmissionResult(answered(200, std::move(body)), submission);
-    if (!submission.completion.try_acquire()) return 2;
-    return submission.errorMessage == "Invalid JSON response" && !submission.succeeded ? 0 : 3;
-}
-
-TEST_F(SubmissionResponse, ALackOfMemoryCountsAsInvalidJson) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(std::exit(settleWithoutMemoryForTheReason()), ::testing::ExitedWithCode(0), "");
-}
-#endif
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "tests/window/appearance.h"
 
+#include <QFontDatabase>
+
 namespace window_test {
 
 QPalette paletteOf(Appearance appearance) {
@@ -18,7 +20,9 @@ QPalette paletteOf(Appearance appearance) {
 }
 
 QFont fixedFont(int pixels) {
-    QFont font(QStringLiteral("DejaVu Sans"));
+    const QString family = QStringLiteral("DejaVu Sans");
+    QFont font =
+        QFontDatabase::hasFamily(family) ? QFont(family) : QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPixelSize(pixels);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::NoSubpixelAntialias);
