@@ -1,5 +1,5 @@
 // Prints every figure beside its floor and its target. With --check it ends with 1 when a target is missed.
-//   bench <file of services_benchmark> <file of window_benchmark> [--check]
+//   bench <file of services_benchmark> <file of window_benchmark> <home folder with many fonts> [--check]
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
@@ -50,7 +50,7 @@ Samples scaled(Samples samples, double factor) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 3) return 2;
+    if (argc < 4) return 2;
     const auto services = samplesIn(argv[1], false);
     const auto window = samplesIn(argv[2], true);
 
@@ -72,7 +72,7 @@ int main(int argc, char** argv) {
          {},
          {.absolute = 0.5}},
     };
-    const std::vector<Figure> whole = benchmarks::wholeProcessFigures(rounds);
+    const std::vector<Figure> whole = benchmarks::wholeProcessFigures(rounds, argv[3]);
     figures.insert(figures.begin(), whole.begin(), whole.end());
     benchmarks::print(figures);
 
@@ -87,5 +87,5 @@ int main(int argc, char** argv) {
     }
 
     const bool allMet = std::all_of(figures.begin(), figures.end(), [](const Figure& each) { return each.isMet(); });
-    return argc > 3 && std::string(argv[3]) == "--check" && !allMet ? 1 : 0;
+    return argc > 4 && std::string(argv[4]) == "--check" && !allMet ? 1 : 0;
 }

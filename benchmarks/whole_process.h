@@ -1,12 +1,14 @@
 // What is measured of the program as a whole, on a display of its own.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "benchmarks/figure.h"
 
 namespace benchmarks {
 
-[[nodiscard]] std::vector<Figure> wholeProcessFigures(int rounds);
+// `homeWithFonts` is a home folder in which many fonts are installed.
+[[nodiscard]] std::vector<Figure> wholeProcessFigures(int rounds, const std::string& homeWithFonts);
 
 }  // namespace benchmarks

@@ -21,7 +21,7 @@ test_packages=(
 
 browser_packages=(chromium)
 
-bench_packages=(libbenchmark-dev)
+bench_packages=(libbenchmark-dev fontconfig)
 
 fuzz_packages=(clang libclang-rt-dev)
 
