@@ -21,12 +21,9 @@ void endWhereTheToolkitGivesUp(QtMsgType type, const QMessageLogContext&, const 
     if (type == QtFatalMsg) _exit(1);
 }
 
-// The toolkit fills large areas on threads that it ends after half a minute and makes anew. One that stays is enough
-// here and needs no further descriptor, when none may be left.
-void keepPaintingSimple() {
-    QThreadPool::globalInstance()->setMaxThreadCount(1);
-    QThreadPool::globalInstance()->setExpiryTimeout(-1);
-}
+// The toolkit fills large areas on threads that it would end after half a minute. Making them anew takes descriptors,
+// when none may be left.
+void keepPaintingThreads() { QThreadPool::globalInstance()->setExpiryTimeout(-1); }
 
 }  // namespace
 
@@ -40,7 +37,7 @@ void application::run(const WindowDescription& scene) {
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
     QGuiApplication::setDesktopFileName("com.velmora.HardwareDetector");  // By which Wayland desktops find the icon.
-    keepPaintingSimple();
+    keepPaintingThreads();
     installAccessibleElements();
 
     WindowOpener window(scene);
