@@ -29,11 +29,14 @@ void logManyLongLinesFromThreads() {
 }  // namespace
 
 int main(int, char** argv) {
-    platform::beginLog();
     const std::string what = argv[1];
+    if (what == "too-early") log("lost");
+    platform::beginLog();
     if (what == "line-and-wait") {
         log("here");
         getchar();
+    } else if (what == "too-early") {
+        log("kept");
     } else if (what == "odd-bytes") {
         log(std::string_view("nul \0 invalid \xFF\xFE end", 20));
         log("");

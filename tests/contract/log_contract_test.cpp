@@ -36,6 +36,8 @@ TEST(Log, ALineIsWrittenAtOnce) {
     EXPECT_EQ(result.output, "read: here\n");
 }
 
+TEST(Log, NothingIsWrittenBeforeItBegins) { EXPECT_EQ(shell(CHILD_PATH " too-early").output, "kept\n"); }
+
 TEST(Log, BytesAreWrittenUnchanged) {
     EXPECT_EQ(shell(CHILD_PATH " odd-bytes").output, std::string("nul \0 invalid \xFF\xFE end\n\n", 22));
 }
