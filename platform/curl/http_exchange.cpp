@@ -221,7 +221,6 @@ HttpError Exchange::transportError(CURLcode result) const {
 }
 
 void Exchange::deliver() try {
-    easy_.reset();
     completionHandler_(std::move(*result_));
 } catch (const std::bad_alloc&) {
     // The other exchanges go on.

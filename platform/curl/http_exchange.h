@@ -50,7 +50,7 @@ class Exchange {
     void fail(HttpError error) { result_ = std::move(error); }
     [[nodiscard]] bool hasEnded() const { return result_.has_value(); }
 
-    // Frees the handle, which must have left the multi handle, and calls the completion handler.
+    // Calls the completion handler. The exchange may then be destroyed, once its handle has left the multi handle.
     void deliver();
 
   private:
