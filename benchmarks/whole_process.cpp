@@ -55,7 +55,6 @@ class Bench {
           homeWithFonts_(std::move(homeWithFonts)),
           server_([](const testSupport::RecordedRequest&) -> Script { return {Send{answerBytes(200, refusal)}}; },
                   WEBSITE_PORT) {
-        require(!session_.failure(), "there is no display");
         environment_ = session_.environment();
         environment_["HOME"] = home_.path();
         environment_["LC_ALL"] = "C.UTF-8";
@@ -280,7 +279,7 @@ class Bench {
     int rounds_;
     std::string homeWithFonts_;
     DesktopSession session_;
-    end_to_end::ScratchFolder home_;
+    testSupport::TemporaryFolder home_;
     end_to_end::Environment environment_;
     ScriptedServer server_;
     Samples floorMemory_;

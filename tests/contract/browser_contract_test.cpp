@@ -12,6 +12,7 @@
 #include <sstream>
 #include <thread>
 
+#include "tests/support/files.h"
 #include "tests/support/shell.h"
 
 namespace {
@@ -33,11 +34,7 @@ class OpenInBrowser : public testing::Test {
         std::ofstream(file("xdg-open")) << "#!/bin/sh\ncd " << quoted(folder_.path()) << "\n" << shellText << "\n";
         chmod(file("xdg-open").c_str(), mode);
     }
-    [[nodiscard]] std::string textOf(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(file(name), std::ios::binary).rdbuf();
-        return text.str();
-    }
+    [[nodiscard]] std::string textOf(const std::string& name) const { return testSupport::textOf(file(name)); }
     static bool opens(const std::string& address = "http://e.example/") {
         return openInBrowser(Url::parse(address).value());
     }

@@ -11,7 +11,7 @@
 #include <fstream>
 
 #include "platform/log.h"
-#include "tests/support/shell.h"
+#include "tests/support/files.h"
 
 namespace {
 

@@ -56,6 +56,7 @@ TEST(HttpSession, DeliversAnEmptyBodyIfTheAnswerHasNone) {
         {204, "HTTP/1.1 204 No Content\r\n\r\n"},
         {304, "HTTP/1.1 304 Not Modified\r\n\r\n"},
         {304, "HTTP/1.1 304 Not Modified\r\nContent-Length: 5\r\n\r\n"},
+        {304, "HTTP/1.1 304 Not Modified\r\nLocation: /other\r\n\r\n"},
     };
     for (const auto& [statusCode, bytes] : answers) {
         SCOPED_TRACE(bytes);
@@ -81,6 +82,12 @@ TEST(HttpSession, ReadsABodyWithAnyKindOfEnd) {
 
         expectAnswer(resultOf(post(server.url("/"))), 200, "the body");
     }
+}
+
+TEST(HttpSession, DeliversAnAnswerWithALongHeaderField) {
+    const ScriptedServer server(always({Send{answerBytes(200, "the body", {"X-Long: " + std::string(90'000, 'x')})}}));
+
+    expectAnswer(resultOf(post(server.url("/"))), 200, "the body");
 }
 
 TEST(HttpSession, DeliversAnAnswerOfKnownLengthWhileTheConnectionStaysOpen) {

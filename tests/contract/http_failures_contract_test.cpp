@@ -99,6 +99,15 @@ TEST(HttpSession, ReportsAnAnswerThatIsNoHttpAfterOneRequest) {
     }
 }
 
+TEST(HttpSession, ReportsAHeaderOfAMebibyteAsALostConnection) {
+    const std::vector<std::string> fields(1024, "X-Filler: " + std::string(1012, 'x'));
+    const ScriptedServer server(always({Send{answerBytes(200, "the body", fields)}}));
+
+    expectConnectionLost(resultOf(post(server.url("/"))));
+
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
 // Newer versions of libcurl return this for a header that is too long; older ones don't declare it.
 TEST(HttpSession, MapsTheErrorForATooLargeHeader) {
     EXPECT_EQ(platform::failureOf(static_cast<CURLcode>(100)).code, -1017);
@@ -129,13 +138,11 @@ TEST(HttpSession, ReportsAUrlWithoutAHost) {
     }
 }
 
-TEST(HttpSession, ReportsAPortOutOfRange) {
-    expectError(resultOf(post("http://127.0.0.1:65536/")), -1000, "bad URL");
-    expectError(resultOf(post("http://127.0.0.1:99999/")), -1000, "bad URL");
-}
-
-TEST(HttpSession, ReportsAUrlThatIsTooLong) {
-    expectError(resultOf(post("http://127.0.0.1/" + std::string(9'000'000, 'x'))), -1000, "bad URL");
+TEST(HttpSession, ReportsAPortOutOfRangeAndAUrlThatIsTooLong) {
+    for (const std::string& url : {std::string("http://127.0.0.1:65536/"), std::string("http://127.0.0.1:99999/"),
+                                   "http://127.0.0.1/" + std::string(9'000'000, 'x')}) {
+        expectError(resultOf(post(url)), -1000, "bad URL");
+    }
 }
 
 }  // namespace

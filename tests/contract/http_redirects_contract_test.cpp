@@ -80,14 +80,6 @@ TEST(HttpSession, DeliversA3xxThatIsNoRedirect) {
     }
 }
 
-TEST(HttpSession, DeliversA304WithALocation) {
-    const ScriptedServer server(always({Send{"HTTP/1.1 304 Not Modified\r\nLocation: /other\r\n\r\n"}}));
-
-    expectAnswer(resultOf(post(server.url("/"))), 304, "");
-
-    EXPECT_EQ(server.requests().size(), 1u);
-}
-
 TEST(HttpSession, DoesNotFollowA300AfterARedirect) {
     const ScriptedServer server(
         inTurn({{Send{redirectTo(302, "/choices")}}, {Send{answerBytes(300, "choose", {"Location: /one"})}}}));

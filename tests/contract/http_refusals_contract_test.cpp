@@ -1,10 +1,8 @@
-// Missing resources: threads, descriptors, a network. Each test runs in a process that has not used the session.
+// Missing threads and descriptors. Each test runs in a process that has not used the session.
 #include "platform/http.h"
 
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -80,30 +78,6 @@ TEST(HttpSessionDeathTest, ReportsAnErrorWithoutFreeDescriptorsAndRetriesWithThe
     for (const int count : {0, 1}) {
         EXPECT_EXIT(std::exit(answerWithFreeDescriptors(count)), ::testing::ExitedWithCode(0), "") << count;
     }
-}
-
-constexpr int noPermission = 77;
-
-int lookUpANameWithoutANetwork() {
-    if (unshare(CLONE_NEWNET | (geteuid() == 0 ? 0 : CLONE_NEWUSER)) != 0) return noPermission;
-    const Result result = resultOf(post("http://name.invalid/"));
-    return result.error && result.error->details.starts_with("NSURLErrorDomain -1009 ") ? 0 : 1;
-}
-
-TEST(HttpSessionDeathTest, ReportsThatThereIsNoNetworkWhenNoNameCanBeFound) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    int exitCode = -1;
-
-    EXPECT_EXIT(
-        std::exit(lookUpANameWithoutANetwork()),
-        [&](int status) {
-            exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-            return exitCode == 0 || exitCode == noPermission;
-        },
-        "");
-    if (exitCode == noPermission)
-        GTEST_SKIP() << (geteuid() == 0 ? "needs a network of its own (CAP_SYS_ADMIN)"
-                                        : "needs a network of its own (user namespaces)");
 }
 
 }  // namespace

@@ -10,8 +10,9 @@
 #include <vector>
 
 #include "tests/contract/http_requests.h"
-#include "tests/contract/self_signed_server.h"
+#include "tests/support/files.h"
 #include "tests/support/scripted_server.h"
+#include "tests/support/shell.h"
 
 namespace {
 
@@ -19,39 +20,48 @@ using namespace std::chrono_literals;
 using namespace httpContract;
 using namespace testSupport;
 
-TEST(HttpSession, ReportsAServerThatDoesNotSpeakTls) {
-    const std::vector<std::string> answers{answerBytes(400, "plain text here"), "garbage\r\n\r\n"};
-    for (const std::string& bytes : answers) {
-        SCOPED_TRACE(bytes);
-        const ScriptedServer server(always({Send{bytes}, WaitUntilClientHasGone{}}));
-
-        const Result result = resultOf(post("https://127.0.0.1:" + std::to_string(server.port()) + "/"));
-
-        expectError(result, -1200, "A TLS error caused the secure connection to fail.");
-    }
+std::string secureUrl(const ScriptedServer& server) {
+    return "https://127.0.0.1:" + std::to_string(server.port()) + "/";
 }
 
-TEST(HttpSession, ReportsAServerThatClosesDuringTheTlsHandshake) {
-    const ScriptedServer server(always({}));
+TEST(HttpSession, ReportsAServerThatDoesNotSpeakTls) {
+    const std::vector<Script> scripts{{Send{answerBytes(400, "plain text here")}, WaitUntilClientHasGone{}},
+                                      {Send{"garbage\r\n\r\n"}, WaitUntilClientHasGone{}},
+                                      {}};
+    for (const Script& script : scripts) {
+        SCOPED_TRACE(&script - scripts.data());
+        const ScriptedServer server(always(script));
 
-    const Result result = resultOf(post("https://127.0.0.1:" + std::to_string(server.port()) + "/"));
-
-    expectError(result, -1200, "A TLS error caused the secure connection to fail.");
+        expectError(resultOf(post(secureUrl(server))), -1200, "A TLS error caused the secure connection to fail.");
+    }
 }
 
 TEST(HttpSession, TimesOutInTheTlsHandshake) {
     const ScriptedServer server(always({WaitUntilClientHasGone{}}));
 
-    expectTimedOut(resultOf(post("https://127.0.0.1:" + std::to_string(server.port()) + "/", "{}", 1s)));
+    expectTimedOut(resultOf(post(secureUrl(server), "{}", 1s)));
 
     EXPECT_TRUE(server.waitForEndedConnections(1));
 }
 
 TEST(HttpSession, RefusesAnUntrustedCertificate) {
-    const SelfSignedServer server;
-    if (server.url().empty()) GTEST_SKIP() << "takes the openssl command";
+    const TemporaryFolder folder;
+    const std::string enter = "cd " + quoted(folder.path()) + " && ";
+    if (shell(enter +
+              "openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 "
+              "-keyout key -out certificate 2>/dev/null")
+            .status != 0) {
+        GTEST_SKIP() << "needs the openssl command";
+    }
+    BackgroundCommand server("sh -c " + quoted(enter + "exec openssl s_server -www -accept 127.0.0.1:0 -key key "
+                                                       "-cert certificate </dev/null 2>/dev/null"));
+    std::string line;
+    while (!line.starts_with("ACCEPT ")) {
+        line = server.nextLine();
+        ASSERT_NE(line, "");
+    }
 
-    expectError(resultOf(post(server.url())), -1202,
+    expectError(resultOf(post("https://127.0.0.1" + line.substr(line.rfind(':')) + "/")), -1202,
                 "The certificate for this server is invalid. You might be connecting to a server that is pretending "
                 "to be “127.0.0.1” which could put your confidential information at risk.");
 }

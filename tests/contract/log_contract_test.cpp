@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "tests/support/descriptor.h"
+#include "tests/support/files.h"
 #include "tests/support/shell.h"
 
 namespace {

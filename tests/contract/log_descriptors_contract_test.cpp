@@ -4,6 +4,7 @@
 #include <map>
 #include <sstream>
 
+#include "tests/support/files.h"
 #include "tests/support/own_mounts.h"
 #include "tests/support/shell.h"
 
@@ -13,13 +14,8 @@ using testSupport::quoted;
 using testSupport::shell;
 using testSupport::ShellResult;
 using testSupport::shellWithOwnMounts;
+using testSupport::textOf;
 using testSupport::whyNoOwnMounts;
-
-std::string textOf(const std::filesystem::path& file) {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 TEST(LogDescriptors, AFileOpenedInTheNumberOfAClosedStreamGetsNoLine) {
     for (const char* closed : {"<&-", ">&-", "2>&-", "<&- >&-", "<&- 2>&-", ">&- 2>&-", "<&- >&- 2>&-"}) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "tests/support/files.h"
 #include "tests/support/own_mounts.h"
 #include "tests/support/shell.h"
 
@@ -65,17 +66,12 @@ TEST_F(MachineIdFile, InvalidContentMeansNoUuid) {
     }
 }
 
-TEST_F(MachineIdFile, ThatIsMissingMeansNoUuid) {
+TEST_F(MachineIdFile, AMissingFileAFolderOrABrokenLinkMeansNoUuid) {
     ASSERT_FALSE(std::filesystem::exists(file()));
     EXPECT_EQ(uuid(), "none\n");
-}
-
-TEST_F(MachineIdFile, ThatIsAFolderMeansNoUuid) {
     std::filesystem::create_directory(file());
     EXPECT_EQ(uuid(), "none\n");
-}
-
-TEST_F(MachineIdFile, ThatIsABrokenLinkMeansNoUuid) {
+    std::filesystem::remove(file());
     std::filesystem::create_symlink("missing", file());
     EXPECT_EQ(uuid(), "none\n");
 }

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/contract/http_requests.h"
+
 namespace {
 
 struct Interface {
@@ -81,6 +83,15 @@ TEST(NetworkInterfaces, AnUnreadableListCountsAsANetwork) {
     canBeListed = false;
     EXPECT_TRUE(isUpWith({}));
     canBeListed = true;
+}
+
+TEST(HttpSession, ReportsAnUnknownHostWithANetworkAndBeingOfflineWithoutOne) {
+    using namespace httpContract;
+    interfaces = {{upAndRunning, "192.0.2.1"}};
+    expectError(resultOf(post("http://name.invalid/")), -1003,
+                "A server with the specified hostname could not be found.");
+    interfaces.clear();
+    expectError(resultOf(post("http://name.invalid/")), -1009, "The Internet connection appears to be offline.");
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <thread>
 
+#include "tests/support/files.h"
 #include "tests/support/shell.h"
 
 namespace {
@@ -39,18 +40,12 @@ TEST(Process, ReturnsTheWholeOutput) {
     EXPECT_EQ(output->back(), '\n');
 }
 
-TEST(Process, AMissingFileIsAbsent) { EXPECT_EQ(standardOutputOf("/nowhere/at/all", {}), std::nullopt); }
-
-TEST(Process, ADirectoryIsAbsent) { EXPECT_EQ(standardOutputOf(TemporaryFolder().path(), {}), std::nullopt); }
-
-TEST(Process, AFileThatIsNotExecutableIsAbsent) {
+TEST(Process, AFileThatCannotBeStartedIsAbsent) {
     const TemporaryFolder folder;
-    EXPECT_EQ(standardOutputOf(commandIn(folder, "#!/bin/sh\necho x\n", 0644), {}), std::nullopt);
-}
-
-TEST(Process, AScriptThatNamesNoInterpreterIsAbsent) {
-    const TemporaryFolder folder;
-    EXPECT_EQ(standardOutputOf(commandIn(folder, "echo x\n", 0755), {}), std::nullopt);
+    EXPECT_EQ(standardOutputOf("/nowhere/at/all", {}), std::nullopt);
+    EXPECT_EQ(standardOutputOf(folder.path(), {}), std::nullopt);
+    EXPECT_EQ(standardOutputOf(commandIn(folder, "#!/bin/sh\necho not executable\n", 0644), {}), std::nullopt);
+    EXPECT_EQ(standardOutputOf(commandIn(folder, "echo no interpreter\n", 0755), {}), std::nullopt);
 }
 
 TEST(Process, ANameIsNotLookedUpInPath) { EXPECT_EQ(standardOutputOf("sh", {}), std::nullopt); }

@@ -7,6 +7,7 @@
 #include <map>
 #include <sstream>
 
+#include "tests/support/files.h"
 #include "tests/support/shell.h"
 
 namespace {
@@ -34,11 +35,6 @@ class UserDefaults : public testing::Test {
     void writeFile(const std::string& text) const {
         std::filesystem::create_directories(folder());
         std::ofstream(file(), std::ios::binary) << text;
-    }
-    [[nodiscard]] std::string fileText() const {
-        std::ostringstream text;
-        text << std::ifstream(file(), std::ios::binary).rdbuf();
-        return text.str();
     }
 
     testSupport::TemporaryFolder home_;
@@ -99,8 +95,9 @@ TEST_F(UserDefaults, AListBytesADateOrARectangleIsNoString) {
 TEST_F(UserDefaults, OtherKeysInTheFileAreKept) {
     writeFile("[General]\nother=kept\n\n[another]\nkey=kept too\n");
     EXPECT_EQ(run("set key new"), "");
-    EXPECT_NE(fileText().find("other=kept"), std::string::npos) << fileText();
-    EXPECT_NE(fileText().find("key=kept too"), std::string::npos) << fileText();
+    const std::string text = testSupport::textOf(file());
+    EXPECT_NE(text.find("other=kept"), std::string::npos) << text;
+    EXPECT_NE(text.find("key=kept too"), std::string::npos) << text;
 }
 
 TEST_F(UserDefaults, ProcessesThatStoreDifferentKeysAtOnceLoseNone) {

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/support/files.h"
 #include "tests/support/own_mounts.h"
 #include "tests/support/shell.h"
 
@@ -164,9 +165,7 @@ TEST_F(UserDefaultsOnDisk, ALinkInTheFilesPlaceAndItsTargetAreLeftAlone) {
     std::filesystem::create_symlink(home_.path() / "target", file());
     EXPECT_EQ(run(valuesOfThisRun), "none\n[new]\n[1]\n");
     EXPECT_TRUE(std::filesystem::is_symlink(file()));
-    std::ostringstream text;
-    text << std::ifstream(home_.path() / "target").rdbuf();
-    EXPECT_EQ(text.str(), "[General]\nkey=another program's\n");
+    EXPECT_EQ(testSupport::textOf(home_.path() / "target"), "[General]\nkey=another program's\n");
 }
 
 // A home on a full disk, with "old" stored under "key". Removing the ballast makes room.

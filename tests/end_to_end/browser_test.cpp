@@ -42,7 +42,7 @@ class Browser : public Surroundings {
             << "[Default Applications]\nx-scheme-handler/http=chosen-browser.desktop\n";
     }
 
-    ScratchFolder folder_;
+    testSupport::TemporaryFolder folder_;
     Fifo page_{folder_.path() / "page"};
 };
 
@@ -58,7 +58,7 @@ TEST_F(Browser, ShowsTheSubmittedHardware) {
     ASSERT_TRUE(press(window, "Detect Hardware"));
     ASSERT_TRUE(press(window, "Send to Website"));
     EXPECT_TRUE(website.waitForLine("GET /detected-hardware/?hardware_id=1 200"));
-    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(program.waitForExit(), success);
     EXPECT_TRUE(program.waitForLine("✅ Opened URL: " + base() + "/detected-hardware/?hardware_id=1"));
 
     ASSERT_TRUE(page_.waitUntil([](const std::string& text) { return text.find("</html>") != std::string::npos; }));

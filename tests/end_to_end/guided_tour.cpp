@@ -6,16 +6,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "tests/end_to_end/rig/accessibility.h"
 #include "tests/end_to_end/rig/desktop_session.h"
 #include "tests/end_to_end/rig/program.h"
-#include "tests/end_to_end/rig/scratch_folder.h"
 #include "tests/end_to_end/rig/screenshot.h"
 #include "tests/end_to_end/rig/scripted_machine.h"
 #include "tests/end_to_end/rig/scripted_opener.h"
 #include "tests/end_to_end/rig/wayland_desktop.h"
+#include "tests/support/files.h"
 
 namespace end_to_end {
 namespace {
@@ -24,17 +25,9 @@ namespace {
 int tour(const std::string& programPath, const std::string& commands, const std::string& folder,
          std::optional<double> scale) {
     const DesktopSession session;
-    if (session.failure()) {
-        std::fprintf(stderr, "The virtual display did not start: %s\n", session.failure()->c_str());
-        return 1;
-    }
     std::optional<WaylandDesktop> wayland;
     if (scale) wayland.emplace(*scale);
-    if (wayland && wayland->failure()) {
-        std::fprintf(stderr, "The Wayland desktop did not start: %s\n", wayland->failure()->c_str());
-        return 1;
-    }
-    const ScratchFolder home;
+    const testSupport::TemporaryFolder home;
     const ScriptedOpener opener;
     Environment environment = wayland ? wayland->environmentFrom(session.environment()) : session.environment();
     environment["HOME"] = home.path();
@@ -44,7 +37,7 @@ int tour(const std::string& programPath, const std::string& commands, const std:
     Program program({.path = programPath, .environment = environment});
     const AccessibleProgram window(program.pid());
 
-    bool went = !program.failure();
+    bool went = true;
     const auto picture = [&](const std::string& name) {
         const std::string file = folder + "/" + name + ".png";
         went = went && (wayland ? wayland->saveScreenshot(file) : saveScreenshot(session.display(), file));
@@ -71,7 +64,7 @@ int tour(const std::string& programPath, const std::string& commands, const std:
     see("Hardware data sent successfully! Opening website...");
     picture("3-sent");
     const auto exit = program.waitForExit();
-    went = went && exit == ExitStatus{ExitStatus::Kind::status, 0};
+    went = went && exit == success;
 
     for (const std::string& line : program.log()) std::printf("%s\n", line.c_str());
     if (!went) std::fprintf(stderr, "A step failed. The window at the end:\n%s\n", window.tree().c_str());
@@ -87,5 +80,10 @@ int main(int argc, char** argv) {
         return 2;
     }
     const std::optional<double> scale = argc == 5 ? std::optional(std::atof(argv[4])) : std::nullopt;
-    return end_to_end::tour(argv[1], argv[2], argv[3], scale);
+    try {
+        return end_to_end::tour(argv[1], argv[2], argv[3], scale);
+    } catch (const std::runtime_error& error) {
+        std::fprintf(stderr, "The tour did not start: %s\n", error.what());
+        return 1;
+    }
 }

@@ -31,7 +31,7 @@ class KilledProgram : public Surroundings, public testing::WithParamInterface<in
 
     // How long a first start takes here until both reports are sent.
     [[nodiscard]] std::chrono::milliseconds durationOfAStart() {
-        const ScratchFolder home;
+        const testSupport::TemporaryFolder home;
         Program::Setting first = setting();
         first.environment["HOME"] = home.path();
         const ScriptedServer server(website({}), websitePort());
@@ -54,7 +54,7 @@ TEST_P(KilledProgram, LeavesValidSettingsWithTheReportedId) {
     std::uniform_int_distribution<std::chrono::milliseconds::rep> killTime(0, latestKill.count());
     int roundsWithRequests = 0;
     for (int round = 0; round < rounds; ++round) {
-        const ScratchFolder home;
+        const testSupport::TemporaryFolder home;
         Program::Setting first = setting();
         first.environment["HOME"] = home.path();
         std::vector<RecordedRequest> requests;

@@ -26,9 +26,10 @@ std::ostream& operator<<(std::ostream& stream, const Shape& shape) { return stre
 std::string nameOf(const testing::TestParamInfo<Shape>& info) { return info.param.name; }
 
 std::string bodyOf(const Shape& shape) {
+    std::string block;
+    while (block.size() < 65536) block += shape.repeated;
     std::string body = shape.beginning;
-    body.reserve(size + shape.repeated.size() + shape.end.size());
-    while (body.size() < size) body += shape.repeated;
+    while (body.size() < size) body += block;
     return body + shape.end;
 }
 

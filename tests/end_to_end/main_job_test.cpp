@@ -14,7 +14,6 @@ using MainJob = Surroundings;
 TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
     ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     Program program(setting());
-    ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
 
     ASSERT_TRUE(press(window, "Detect Hardware"));
@@ -31,7 +30,7 @@ TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
     ASSERT_TRUE(press(window, "Send to Website"));
     ASSERT_TRUE(opener_.waitForCalls(1));
     EXPECT_EQ(opener_.calls(), (std::vector<std::vector<std::string>>{{base() + "/results?hardware_id=42"}}));
-    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(program.waitForExit(), success);
 
     const std::string deviceId = valueIn(settingsFile(), "com.velmora.device_id");
     EXPECT_EQ(deviceId.size(), 36U);
@@ -68,7 +67,6 @@ TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
 TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
     ScriptedServer server(website({Send{answerBytes(200, stored)}}), websitePort());
     Program program(setting());
-    ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
     const auto shown = ProgramWindow::waitFor(session().display(), program.pid());
     ASSERT_TRUE(shown);
@@ -97,7 +95,7 @@ TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
     ASSERT_TRUE(tabTo("Send to Website")) << window.tree();
     keyboard.press("space");
     EXPECT_TRUE(opener_.waitForCalls(1));
-    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(program.waitForExit(), success);
 }
 
 TEST_F(MainJob, EachBannerIsAnnouncedToScreenReaders) {
@@ -109,7 +107,6 @@ TEST_F(MainJob, EachBannerIsAnnouncedToScreenReaders) {
         },
         websitePort());
     Program program(setting());
-    ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
     ASSERT_TRUE(waitFor([&] { return window.button("Detect Hardware").has_value(); }));
     const Announcements announcements(program.pid());
@@ -132,7 +129,6 @@ TEST_F(MainJob, ClosingTheWindowEndsTheProgramAtOnceWhileACommandHangs) {
     ScriptedServer server(website({}), websitePort());
     machine_.hold(sysctl);
     Program program(setting());
-    ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
     ASSERT_TRUE(press(window, "Detect Hardware"));
     ASSERT_TRUE(machine_.waitForRuns(1));
@@ -142,13 +138,12 @@ TEST_F(MainJob, ClosingTheWindowEndsTheProgramAtOnceWhileACommandHangs) {
     ASSERT_TRUE(shown);
     shown->askToClose();
 
-    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(program.waitForExit(), success);
 }
 
 TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
     ScriptedServer server(website({HoldOpen{}}), websitePort());
     Program program(setting());
-    ASSERT_EQ(program.failure(), std::nullopt);
     const AccessibleProgram window(program.pid());
     ASSERT_TRUE(press(window, "Detect Hardware"));
     ASSERT_TRUE(press(window, "Send to Website"));
@@ -159,7 +154,7 @@ TEST_F(MainJob, CtrlQEndsTheProgramAtOnceWhileARequestHangs) {
     shown->focus();
     Keyboard(session().display()).press("Ctrl+q");
 
-    EXPECT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::status, 0}));
+    EXPECT_EQ(program.waitForExit(), success);
 }
 
 }  // namespace

@@ -9,9 +9,9 @@
 #include "tests/end_to_end/rig/accessibility.h"
 #include "tests/end_to_end/rig/desktop_session.h"
 #include "tests/end_to_end/rig/program.h"
-#include "tests/end_to_end/rig/scratch_folder.h"
 #include "tests/end_to_end/rig/scripted_machine.h"
 #include "tests/end_to_end/rig/scripted_opener.h"
+#include "tests/support/files.h"
 #include "tests/support/scripted_server.h"
 
 namespace end_to_end {
@@ -54,7 +54,7 @@ class Surroundings : public testing::Test {
     // The text of the program's settings file; empty if there is none.
     [[nodiscard]] std::string settingsFile() const;
 
-    ScratchFolder home_;
+    testSupport::TemporaryFolder home_;
     ScriptedMachine machine_;
     ScriptedOpener opener_;
 };

@@ -30,6 +30,11 @@ std::string without(const std::string& member) {
     return json;
 }
 
+std::string withRam(const std::string& value) {
+    std::string json = sampleJson;
+    return json.replace(json.find("\"ramGB\":1"), 9, "\"ramGB\":" + value);
+}
+
 TEST(HardwareInfo, HasNoDefaultConstructor) { EXPECT_FALSE(std::is_default_constructible_v<HardwareInfo>); }
 
 TEST(HardwareInfo, EncodesTenMembersInDeclarationOrderWithNumbersAsNumbers) {
@@ -50,31 +55,14 @@ TEST(HardwareInfo, ANullIsAnErrorOfItsOwnKind) {
     EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::valueNotFound, "processor"}));
 }
 
-TEST(HardwareInfo, TextWhereANumberBelongsIsATypeMismatch) {
-    std::string json = sampleJson;
-    json.replace(json.find("\"ramGB\":1"), 9, R"("ramGB":"1")");
-    EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
-}
-
-TEST(HardwareInfo, ABooleanWhereANumberBelongsIsATypeMismatch) {
-    std::string json = sampleJson;
-    json.replace(json.find("\"ramGB\":1"), 9, R"("ramGB":true)");
-    EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
-}
-
-TEST(HardwareInfo, ANumberThatIsNoIntegerOf64BitsIsATypeMismatch) {
-    for (const char* number : {"16.5", "9223372036854775808", "-9223372036854775809", "1e19"}) {
-        std::string json = sampleJson;
-        json.replace(json.find("\"ramGB\":1"), 9, std::string("\"ramGB\":") + number);
-        EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"})) << number;
+TEST(HardwareInfo, AValueThatIsNo64BitIntegerIsATypeMismatch) {
+    for (const char* value :
+         {R"("1")", "true", "16.5", "9223372036854775808", "-9223372036854775809", "1e19", "[]", "{}", "[1]"}) {
+        EXPECT_EQ(errorOf(withRam(value)), (CodingError{CodingError::Kind::typeMismatch, "ramGB"})) << value;
     }
 }
 
-TEST(HardwareInfo, ANumberWithoutAFractionIsAnInteger) {
-    std::string json = sampleJson;
-    json.replace(json.find("\"ramGB\":1"), 9, R"("ramGB":16.0)");
-    EXPECT_EQ(decoded(json).ramGB, 16);
-}
+TEST(HardwareInfo, ANumberWithoutAFractionIsAnInteger) { EXPECT_EQ(decoded(withRam("16.0")).ramGB, 16); }
 
 TEST(HardwareInfo, ANumberWhereTextBelongsIsATypeMismatch) {
     std::string json = sampleJson;
@@ -84,14 +72,6 @@ TEST(HardwareInfo, ANumberWhereTextBelongsIsATypeMismatch) {
 
 TEST(HardwareInfo, TheFirstErrorIsReported) {
     EXPECT_EQ(errorOf("{}"), (CodingError{CodingError::Kind::keyNotFound, "os"}));
-}
-
-TEST(HardwareInfo, AContainerWhereAScalarBelongsIsATypeMismatch) {
-    for (const char* container : {"[]", "{}", "[1]"}) {
-        std::string json = sampleJson;
-        json.replace(json.find("\"ramGB\":1"), 9, std::string("\"ramGB\":") + container);
-        EXPECT_EQ(errorOf(json), (CodingError{CodingError::Kind::typeMismatch, "ramGB"}));
-    }
 }
 
 TEST(HardwareInfo, KeysAreCaseSensitive) {

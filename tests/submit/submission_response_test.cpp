@@ -34,15 +34,14 @@ TEST_F(SubmissionResponse, ATransportErrorIsLoggedWithItsDescription) {
     EXPECT_TRUE(machine().mainQueue.empty());
 }
 
-TEST_F(SubmissionResponse, AnEmptyBodyIsABodyThatIsNotJson) {
-    handle(answered(200, ""));
-    EXPECT_EQ(machine().log, (Lines{"📥 Response status: 200", "📥 Response body: ", "❌ Could not parse JSON response"}));
-    EXPECT_EQ(submission_.errorMessage, "Invalid JSON response");
-}
-
-TEST_F(SubmissionResponse, AnArrayIsNotAnAnswer) {
-    handle(answered(200, "[1]"));
-    EXPECT_EQ(submission_.errorMessage, "Invalid JSON response");
+TEST_F(SubmissionResponse, ABodyThatIsNoJsonObjectIsAnError) {
+    for (const std::string body : {"", "[1]"}) {
+        fakes::reset();
+        handle(answered(200, body));
+        EXPECT_EQ(machine().log,
+                  (Lines{"📥 Response status: 200", "📥 Response body: " + body, "❌ Could not parse JSON response"}));
+        EXPECT_EQ(submission_.errorMessage, "Invalid JSON response");
+    }
 }
 
 TEST_F(SubmissionResponse, ABodyThatIsNotUtf8IsParsedButNotLogged) {

@@ -1,13 +1,12 @@
 // Runs shell commands and captures their output.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <string>
+#include <utility>
 
 namespace testSupport {
 
@@ -26,28 +25,41 @@ struct ShellResult {
     return result;
 }
 
+// A command that runs in the background. The destructor kills it.
+class BackgroundCommand {
+  public:
+    explicit BackgroundCommand(const std::string& command) : pipe_(popen(("echo $$; exec " + command).c_str(), "r")) {
+        process_ = std::stoi(nextLine());
+    }
+    ~BackgroundCommand() {
+        if (pipe_ != nullptr) end(SIGKILL);
+    }
+    BackgroundCommand(const BackgroundCommand&) = delete;
+    BackgroundCommand& operator=(const BackgroundCommand&) = delete;
+
+    // The next line on standard output; empty at its end.
+    std::string nextLine() {
+        std::string line;
+        for (int byte = fgetc(pipe_); byte != '\n' && byte != EOF; byte = fgetc(pipe_)) line += static_cast<char>(byte);
+        return line;
+    }
+
+    // Sends the signal and waits. Returns the status as waitpid() does.
+    int end(int signal) {
+        kill(process_, signal);
+        return pclose(std::exchange(pipe_, nullptr));
+    }
+
+  private:
+    FILE* pipe_;
+    pid_t process_ = 0;
+};
+
 // The text quoted as one word for the shell.
 [[nodiscard]] inline std::string quoted(const std::string& text) {
     std::string word = "'";
     for (const char character : text) word += character == '\'' ? std::string("'\\''") : std::string(1, character);
     return word + "'";
 }
-
-// A folder of its own, gone with the object.
-class TemporaryFolder {
-  public:
-    TemporaryFolder() {
-        std::string name = std::filesystem::temp_directory_path() / "contract-XXXXXX";
-        path_ = mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
-  private:
-    std::filesystem::path path_;
-};
 
 }  // namespace testSupport

@@ -3,9 +3,7 @@
 #include <httplib.h>
 
 #include <csignal>
-#include <cstdio>
 #include <string>
-#include <utility>
 
 #include "tests/support/shell.h"
 
@@ -13,38 +11,16 @@ namespace {
 
 using testSupport::shell;
 
-// Starts the website on a free port; the destructor kills it.
-class RunningWebsite {
+// The website on a free port.
+class RunningWebsite : public testSupport::BackgroundCommand {
   public:
-    RunningWebsite() : pipe_(popen("echo $$; exec " WEBSITE_STAND_IN_PROGRAM, "r")) {
-        process_ = std::stoi(nextLine());
+    RunningWebsite() : BackgroundCommand(WEBSITE_STAND_IN_PROGRAM) {
         const std::string line = nextLine();
         port = std::stoi(line.substr(line.rfind(':') + 1));
         EXPECT_EQ(line, "Listening on http://127.0.0.1:" + std::to_string(port));
     }
-    ~RunningWebsite() {
-        if (pipe_ != nullptr) end(SIGKILL);
-    }
-    RunningWebsite(const RunningWebsite&) = delete;
-    RunningWebsite& operator=(const RunningWebsite&) = delete;
-
-    std::string nextLine() {
-        std::string line;
-        for (int byte = fgetc(pipe_); byte != '\n' && byte != EOF; byte = fgetc(pipe_)) line += static_cast<char>(byte);
-        return line;
-    }
-
-    // Returns the status as waitpid() does.
-    int end(int signal) {
-        kill(process_, signal);
-        return pclose(std::exchange(pipe_, nullptr));
-    }
 
     int port = 0;
-
-  private:
-    FILE* pipe_;
-    pid_t process_ = 0;
 };
 
 TEST(WebsiteStandIn, AnswersAndLogsEachRequest) {

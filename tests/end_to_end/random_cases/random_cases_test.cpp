@@ -73,8 +73,7 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
         if (!press(window, "Send to Website")) {
             differences += "  does not send\n";
         } else if (expected.ends) {  // Two seconds later; on a busy machine too soon to check the banner.
-            if (program_->waitForExit() != ExitStatus{ExitStatus::Kind::status, 0})
-                differences += "  does not end with status 0\n";
+            if (program_->waitForExit() != success) differences += "  does not end with status 0\n";
         } else {
             // The log first, since reading it costs the program no time.
             waitFor([&] { return program_->log().size() >= logBefore + expected.log.size(); });

@@ -10,13 +10,13 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 
 namespace end_to_end {
 
@@ -128,29 +128,32 @@ ExitStatus exitStatusOf(int status) {
 
 }  // namespace
 
+Pipe::Pipe() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error(std::string("pipe: ") + std::strerror(errno));
+    reader = Descriptor(ends[0]);
+    writer = Descriptor(ends[1]);
+}
+
 ChildProcess::~ChildProcess() {
     signal(SIGKILL);
     waitForExit();
 }
 
-std::optional<std::string> ChildProcess::start(const Launch& launch) {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) return std::string("pipe: ") + std::strerror(errno);
-    const Descriptor failures(ends[0]);
-    Descriptor child(ends[1]);
-
-    ChildSetup setup(launch, child.number());
+void ChildProcess::start(const Launch& launch) {
+    Pipe failures;
+    ChildSetup setup(launch, failures.writer.number());
     const pid_t forked = fork();
-    if (forked < 0) return std::string("fork: ") + std::strerror(errno);
+    if (forked < 0) throw std::runtime_error(std::string("fork: ") + std::strerror(errno));
     if (forked == 0) setup.run();
 
     pid_ = forked;
     watch_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid_, 0)));
-    child.close();  // Now the pipe ends when exec succeeds.
+    failures.writer.close();  // Now the pipe ends when exec succeeds.
     StepFailure failure{};
-    if (read(failures.number(), &failure, sizeof failure) != sizeof failure) return std::nullopt;
+    if (read(failures.reader.number(), &failure, sizeof failure) != sizeof failure) return;
     waitForExit();
-    return launch.path + ": " + failure.step + ": " + std::strerror(failure.error);
+    throw std::runtime_error(launch.path + ": " + failure.step + ": " + std::strerror(failure.error));
 }
 
 std::optional<ExitStatus> ChildProcess::waitForExit(std::chrono::milliseconds limit) {
@@ -158,9 +161,8 @@ std::optional<ExitStatus> ChildProcess::waitForExit(std::chrono::milliseconds li
     const auto deadline = std::chrono::steady_clock::now() + limit;
     int ready = -1;
     do {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         pollfd end{watch_.number(), POLLIN, 0};
-        ready = poll(&end, 1, std::max(0, static_cast<int>(left.count())));
+        ready = poll(&end, 1, millisecondsUntil(deadline));
     } while (ready < 0 && errno == EINTR);
     if (ready != 1) return std::nullopt;
 

@@ -33,6 +33,13 @@ struct ExitStatus {
     int number = 0;
     bool operator==(const ExitStatus&) const = default;
 };
+inline constexpr ExitStatus success{};
+
+struct Pipe {
+    Pipe();
+    Descriptor reader;
+    Descriptor writer;
+};
 
 // The destructor kills and reaps the process.
 class ChildProcess {
@@ -43,9 +50,9 @@ class ChildProcess {
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     // Starts the process; call it once. The child gets only the descriptors named, and /dev/null for each standard
-    // stream not named. Returns the error, if any. Call it on the main thread: the child is killed when the calling
-    // thread ends.
-    [[nodiscard]] std::optional<std::string> start(const Launch& launch);
+    // stream not named. Throws std::runtime_error if it can't be started. Call it on the main thread: the child is
+    // killed when the calling thread ends.
+    void start(const Launch& launch);
 
     pid_t pid() const { return pid_; }
     std::optional<ExitStatus> waitForExit(std::chrono::milliseconds limit = patience);

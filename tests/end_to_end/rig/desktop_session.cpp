@@ -4,39 +4,19 @@
 #include <fcntl.h>
 #include <poll.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <memory>
-#include <sstream>
+#include <optional>
+#include <stdexcept>
 
 namespace end_to_end {
 
 namespace {
 
-using Failure = std::optional<std::string>;
-
 // The descriptor in a service's process on which it reports that it is ready.
 constexpr int reportDescriptor = 3;
-
-struct Pipe {
-    Descriptor reader;
-    Descriptor writer;
-};
-
-Pipe makePipe() {
-    std::array<int, 2> ends{-1, -1};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) return {};
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
-int millisecondsUntil(std::chrono::steady_clock::time_point deadline) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    return std::max(0, static_cast<int>(left.count()));
-}
 
 // Absent if the writer ends, or time runs out, before a whole line has come.
 std::optional<std::string> lineFrom(const Descriptor& reader) {
@@ -55,15 +35,13 @@ std::optional<std::string> lineFrom(const Descriptor& reader) {
 }
 
 // Starts a service and returns the line that it writes when it is ready.
-std::optional<std::string> startAndListen(ChildProcess& process, Launch launch, Failure& failure) {
-    Pipe report = makePipe();
+std::string startAndListen(ChildProcess& process, Launch launch) {
+    Pipe report;
     launch.descriptors.emplace_back(report.writer.number(), reportDescriptor);
-    failure = process.start(launch);
-    if (failure) return std::nullopt;
+    process.start(launch);
     report.writer.close();
-    const std::optional<std::string> line = lineFrom(report.reader);
-    if (!line) failure = launch.path + " does not get ready";
-    return line;
+    if (const auto line = lineFrom(report.reader)) return *line;
+    throw std::runtime_error(launch.path + " does not get ready");
 }
 
 struct CloseConnection {
@@ -121,8 +99,19 @@ bool enableAccessibility(DBusConnection* connection) {
 }  // namespace
 
 DesktopSession::DesktopSession() {
-    failure_ = startAll();
-    if (failure_) *failure_ += "\n" + printedByServices();
+    for (const char* const name : {"home", "run"}) {
+        std::filesystem::create_directory(folder_.path() / name);
+        std::filesystem::permissions(folder_.path() / name, std::filesystem::perms::owner_all);
+    }
+    const std::filesystem::path log = folder_.path() / "services.log";
+    serviceLog_ = Descriptor(open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+    try {
+        startDisplay();
+        startSessionBus();
+        startAccessibilityBus();
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(std::string(error.what()) + "\n" + testSupport::textOf(log));
+    }
 }
 
 DesktopSession::~DesktopSession() {
@@ -144,34 +133,15 @@ Environment DesktopSession::environment() const {
     return variables;
 }
 
-std::optional<std::string> DesktopSession::startAll() {
-    for (const char* const name : {"home", "run"}) {
-        std::filesystem::create_directory(folder_.path() / name);
-        std::filesystem::permissions(folder_.path() / name, std::filesystem::perms::owner_all);
-    }
-    serviceLog_ =
-        Descriptor(open((folder_.path() / "services.log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
-
-    Failure failure = startDisplay();
-    if (!failure) failure = startSessionBus();
-    if (!failure) failure = startAccessibilityBus();
-    return failure;
-}
-
-std::optional<std::string> DesktopSession::startDisplay() {
-    Failure failure;
-    const auto number =
-        startAndListen(displayServer_,
-                       service("/usr/bin/Xvfb", {"-displayfd", std::to_string(reportDescriptor), "-screen", "0",
-                                                 "1000x800x24", "-dpi", "96", "-nolisten", "tcp", "-noreset"}),
-                       failure);
-    if (!number) return failure;
-    display_ = ":" + *number;
+void DesktopSession::startDisplay() {
+    display_ =
+        ":" + startAndListen(displayServer_,
+                             service("/usr/bin/Xvfb", {"-displayfd", std::to_string(reportDescriptor), "-screen", "0",
+                                                       "1000x800x24", "-dpi", "96", "-nolisten", "tcp", "-noreset"}));
     setenv("DISPLAY", display_.c_str(), 1);
-    return std::nullopt;
 }
 
-std::optional<std::string> DesktopSession::startSessionBus() {
+void DesktopSession::startSessionBus() {
     // No service folders, so that a test never activates a service of the machine's own desktop.
     const std::filesystem::path configuration = folder_.path() / "bus.conf";
     std::ofstream(configuration) << "<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN' "
@@ -182,30 +152,23 @@ std::optional<std::string> DesktopSession::startSessionBus() {
                                  << "</listen>"
                                     "<policy context='default'><allow send_destination='*' eavesdrop='true'/>"
                                     "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>";
-    Failure failure;
-    const auto address =
-        startAndListen(sessionBus_,
-                       service("/usr/bin/dbus-daemon",
-                               {"--nofork", "--nopidfile", "--nosyslog", "--config-file=" + configuration.string(),
-                                "--print-address=" + std::to_string(reportDescriptor)}),
-                       failure);
-    if (!address) return failure;
-    busAddress_ = *address;
+    busAddress_ = startAndListen(
+        sessionBus_, service("/usr/bin/dbus-daemon",
+                             {"--nofork", "--nopidfile", "--nosyslog", "--config-file=" + configuration.string(),
+                              "--print-address=" + std::to_string(reportDescriptor)}));
     setenv("DBUS_SESSION_BUS_ADDRESS", busAddress_.c_str(), 1);
     setenv("XDG_RUNTIME_DIR", (folder_.path() / "run").c_str(), 1);
     unsetenv("AT_SPI_BUS_ADDRESS");
-    return std::nullopt;
 }
 
-std::optional<std::string> DesktopSession::startAccessibilityBus() {
+void DesktopSession::startAccessibilityBus() {
     // Newer launchers refuse --a11y=1, so a message enables accessibility instead.
-    Failure failure = accessibilityBus_.start(service("/usr/libexec/at-spi-bus-launcher", {"--launch-immediately"}));
-    if (failure) return failure;
+    accessibilityBus_.start(service("/usr/libexec/at-spi-bus-launcher", {"--launch-immediately"}));
     const Connection connection = connectTo(busAddress_);
-    if (!connection) return "no connection to " + busAddress_;
-    if (!waitForOwner(connection.get(), "org.a11y.Bus")) return "the accessibility bus does not get ready";
-    if (!enableAccessibility(connection.get())) return "accessibility cannot be enabled";
-    return std::nullopt;
+    if (!connection) throw std::runtime_error("no connection to " + busAddress_);
+    if (!waitForOwner(connection.get(), "org.a11y.Bus"))
+        throw std::runtime_error("the accessibility bus does not get ready");
+    if (!enableAccessibility(connection.get())) throw std::runtime_error("accessibility cannot be enabled");
 }
 
 Launch DesktopSession::service(std::string path, std::vector<std::string> arguments) const {
@@ -217,12 +180,6 @@ Launch DesktopSession::service(std::string path, std::vector<std::string> argume
     launch.environment["GSETTINGS_BACKEND"] = "memory";  // Leaves the user's own settings alone.
     launch.descriptors = {{serviceLog_.number(), STDOUT_FILENO}, {serviceLog_.number(), STDERR_FILENO}};
     return launch;
-}
-
-std::string DesktopSession::printedByServices() const {
-    std::stringstream text;
-    text << std::ifstream(folder_.path() / "services.log").rdbuf();
-    return text.str();
 }
 
 }  // namespace end_to_end

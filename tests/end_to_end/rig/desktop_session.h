@@ -1,11 +1,10 @@
 // A virtual desktop session.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "tests/end_to_end/rig/child_process.h"
-#include "tests/end_to_end/rig/scratch_folder.h"
+#include "tests/support/files.h"
 
 namespace end_to_end {
 
@@ -17,13 +16,10 @@ namespace end_to_end {
 // accessible element.
 class DesktopSession {
   public:
-    DesktopSession();
+    DesktopSession();  // Throws with the services' output if one does not start.
     ~DesktopSession();
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
-
-    // Why the session did not start, with the services' output; nothing if it runs.
-    const std::optional<std::string>& failure() const { return failure_; }
 
     const std::string& display() const { return display_; }
 
@@ -35,21 +31,18 @@ class DesktopSession {
     Environment environment() const;
 
   private:
-    std::optional<std::string> startAll();
-    std::optional<std::string> startDisplay();
-    std::optional<std::string> startSessionBus();
-    std::optional<std::string> startAccessibilityBus();
+    void startDisplay();
+    void startSessionBus();
+    void startAccessibilityBus();
     Launch service(std::string path, std::vector<std::string> arguments) const;
-    std::string printedByServices() const;
 
-    ScratchFolder folder_;
+    testSupport::TemporaryFolder folder_;
     std::string display_;
     std::string busAddress_;
     Descriptor serviceLog_;
     ChildProcess displayServer_;
     ChildProcess sessionBus_;
     ChildProcess accessibilityBus_;
-    std::optional<std::string> failure_;
 };
 
 }  // namespace end_to_end

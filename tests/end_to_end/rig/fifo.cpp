@@ -4,7 +4,6 @@
 #include <poll.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -34,10 +33,10 @@ const std::string& Fifo::bytes() {
 bool Fifo::waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!enough(bytes())) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0) return false;
+        const int left = millisecondsUntil(deadline);
+        if (left == 0) return false;
         pollfd more{descriptor_.number(), POLLIN, 0};
-        poll(&more, 1, static_cast<int>(left.count()));
+        poll(&more, 1, left);
     }
     return true;
 }

@@ -28,13 +28,12 @@ std::optional<std::string> firstLineOf(std::string_view bytes, const std::functi
     return std::nullopt;
 }
 
-// Only our end is non-blocking, so that the program gets an ordinary pipe.
+// Opens a pipe and returns its writing end. Only `reader` is non-blocking, so that the program gets an ordinary pipe.
 Descriptor openPipe(Descriptor& reader) {
-    std::array<int, 2> ends{-1, -1};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) return {};
-    fcntl(ends[0], F_SETFL, O_NONBLOCK);
-    reader = Descriptor(ends[0]);
-    return Descriptor(ends[1]);
+    Pipe pipe;
+    fcntl(pipe.reader.number(), F_SETFL, O_NONBLOCK);
+    reader = std::move(pipe.reader);
+    return std::move(pipe.writer);
 }
 
 }  // namespace
@@ -44,8 +43,7 @@ Program::Program(const Setting& setting) : stop_(eventfd(0, EFD_CLOEXEC)) {
     const Descriptor error = openPipe(error_.reader);
     Launch launch{setting.path, setting.arguments, setting.environment, {}, setting.noProcessSlots};
     launch.descriptors = {{output.number(), STDOUT_FILENO}, {error.number(), STDERR_FILENO}};
-    failure_ = process_.start(launch);
-    if (failure_) return;
+    process_.start(launch);
     output_.open = error_.open = true;
     reader_ = std::thread([this] { readAll(); });
 }
@@ -104,7 +102,7 @@ void Program::readAll() {
 
 // Reads all available bytes.
 void Program::receive(Source& source) {
-    std::array<char, 4096> buffer{};
+    std::array<char, 65536> buffer;
     while (true) {
         const ssize_t count = read(source.reader.number(), buffer.data(), buffer.size());
         if (count < 0 && errno == EINTR) continue;

@@ -18,7 +18,7 @@ namespace end_to_end {
 
 enum class Stream { output, error };
 
-// The constructor starts the program, the destructor kills and reaps it. Use it on the main thread.
+// The constructor starts the program, or throws; the destructor kills and reaps it. Use it on the main thread.
 class Program {
   public:
     struct Setting {
@@ -32,9 +32,6 @@ class Program {
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
-
-    // Why the program could not be started, if it could not.
-    const std::optional<std::string>& failure() const { return failure_; }
 
     pid_t pid() const { return process_.pid(); }
 
@@ -66,7 +63,6 @@ class Program {
     void receive(Source& source);
     void stopReading();
 
-    std::optional<std::string> failure_;
     ChildProcess process_;
     Descriptor stop_;
     mutable std::mutex mutex_;

@@ -3,7 +3,6 @@
 #include <X11/Xatom.h>
 #include <poll.h>
 
-#include <algorithm>
 #include <vector>
 
 #include "tests/end_to_end/rig/display_connection.h"
@@ -49,10 +48,10 @@ std::optional<XWindowAttributes> shownAttributes(Display* display, Window window
 // Waits for any window event on the display; false after the deadline.
 bool waitForChange(Display* display, std::chrono::steady_clock::time_point deadline) {
     while (XPending(display) == 0) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0) return false;
+        const int left = millisecondsUntil(deadline);
+        if (left == 0) return false;
         pollfd event{ConnectionNumber(display), POLLIN, 0};
-        poll(&event, 1, static_cast<int>(left.count()));
+        poll(&event, 1, left);
     }
     XEvent event;
     while (XPending(display) > 0) XNextEvent(display, &event);

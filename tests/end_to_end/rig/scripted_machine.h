@@ -10,7 +10,7 @@
 
 #include "tests/end_to_end/rig/child_process.h"
 #include "tests/end_to_end/rig/fifo.h"
-#include "tests/end_to_end/rig/scratch_folder.h"
+#include "tests/support/files.h"
 
 namespace end_to_end {
 
@@ -45,7 +45,7 @@ class ScriptedMachine {
     std::filesystem::path bodyOf(const std::string& command) const;
     std::filesystem::path gateOf(const std::string& command) const;
 
-    ScratchFolder folder_;
+    testSupport::TemporaryFolder folder_;
     Fifo record_;
     std::map<std::string, std::unique_ptr<Fifo>> gates_;  // by command
 };

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tests/end_to_end/rig/fifo.h"
-#include "tests/end_to_end/rig/scratch_folder.h"
+#include "tests/support/files.h"
 
 namespace end_to_end {
 
@@ -24,7 +24,7 @@ class ScriptedOpener {
     bool waitForCalls(std::size_t count, std::chrono::milliseconds limit = patience);
 
   private:
-    ScratchFolder folder_;
+    testSupport::TemporaryFolder folder_;
     Fifo record_;
 };
 

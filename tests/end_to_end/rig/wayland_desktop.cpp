@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <sstream>
+#include <stdexcept>
 
 namespace end_to_end {
 
@@ -87,7 +87,7 @@ std::optional<std::string> WaylandDesktop::whyUnavailable() {
     }
     const QDir platforms(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
     if (platforms.entryList({"libqwayland*.so"}).isEmpty()) return missing("qt6-wayland");
-    const ScratchFolder folder;
+    const testSupport::TemporaryFolder folder;
     if (geteuid() == 0 && chown(folder.path().c_str(), nobody, nobody) != 0) {
         return "needs CAP_CHOWN and CAP_SETUID, and a user nobody, to run sway, which refuses to run as root";
     }
@@ -95,14 +95,14 @@ std::optional<std::string> WaylandDesktop::whyUnavailable() {
 }
 
 WaylandDesktop::WaylandDesktop(double scale) : ready_(folder_.path() / "ready") {
-    failure_ = start(scale);
-    if (!failure_) return;
-    std::ostringstream log;
-    log << std::ifstream(folder_.path() / "log").rdbuf();
-    *failure_ += "\n" + log.str();
+    try {
+        start(scale);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(std::string(error.what()) + "\n" + testSupport::textOf(folder_.path() / "log"));
+    }
 }
 
-std::optional<std::string> WaylandDesktop::start(double scale) {
+void WaylandDesktop::start(double scale) {
     const fs::path configuration = folder_.path() / "config";
     std::ofstream(configuration) << "output * resolution " << pixelWidth << "x" << pixelHeight << " scale " << scale
                                  << "\nxwayland disable\n"
@@ -122,26 +122,26 @@ std::optional<std::string> WaylandDesktop::start(double scale) {
     launch.descriptors = {{log.number(), STDOUT_FILENO}, {log.number(), STDERR_FILENO}};
     if (geteuid() == 0) {
         for (const fs::path& path : {folder_.path(), ready_.path()}) {
-            if (chown(path.c_str(), nobody, nobody) != 0) return "chown " + path.string() + ": " + std::strerror(errno);
+            if (chown(path.c_str(), nobody, nobody) != 0)
+                throw std::runtime_error("chown " + path.string() + ": " + std::strerror(errno));
         }
         const std::string number = std::to_string(nobody);
         launch.arguments.insert(launch.arguments.begin(), {"--reuid=" + number, "--regid=" + number, "--clear-groups",
                                                            "--pdeathsig=KILL", launch.path});
         launch.path = "/usr/bin/setpriv";
     }
-    if (auto failure = compositor_.start(launch)) return failure;
+    compositor_.start(launch);
 
     if (!ready_.waitUntil([](const std::string& bytes) { return bytes.ends_with('\n'); }))
-        return "sway does not get ready";
+        throw std::runtime_error("sway does not get ready");
     const std::string name = ready_.bytes().substr(0, ready_.bytes().size() - 1);
     display_ = folder_.path() / name;
 
     const QJsonArray outputs = ask(folder_.path() / "sway", Question::outputs).array();
-    if (outputs.size() != 1) return "sway does not have exactly one screen";
+    if (outputs.size() != 1) throw std::runtime_error("sway does not have exactly one screen");
     const QJsonObject area = outputs[0].toObject()["rect"].toObject();
     width_ = area["width"].toInt();
     height_ = area["height"].toInt();
-    return std::nullopt;
 }
 
 Environment WaylandDesktop::environmentFrom(Environment session) const {
@@ -168,7 +168,8 @@ bool WaylandDesktop::saveScreenshot(const std::string& file) const {
     launch.path = "/usr/bin/grim";
     launch.arguments = {file};
     launch.environment = {{"WAYLAND_DISPLAY", display_}, {"XDG_RUNTIME_DIR", folder_.path()}};
-    return !camera.start(launch) && camera.waitForExit() == ExitStatus{ExitStatus::Kind::status, 0};
+    camera.start(launch);
+    return camera.waitForExit() == success;
 }
 
 }  // namespace end_to_end

@@ -8,7 +8,7 @@
 
 #include "tests/end_to_end/rig/child_process.h"
 #include "tests/end_to_end/rig/fifo.h"
-#include "tests/end_to_end/rig/scratch_folder.h"
+#include "tests/support/files.h"
 
 namespace end_to_end {
 
@@ -19,11 +19,8 @@ class WaylandDesktop {
     // Which package or permission is missing, for GTEST_SKIP(); nothing if the desktop can run.
     static std::optional<std::string> whyUnavailable();
 
-    explicit WaylandDesktop(double scale = 1);
+    explicit WaylandDesktop(double scale = 1);  // Throws with sway's output if it does not start.
     ~WaylandDesktop() { end(); }
-
-    // Why it did not start; nothing if it runs.
-    const std::optional<std::string>& failure() const { return failure_; }
 
     const std::string& display() const { return display_; }
     int width() const { return width_; }
@@ -50,15 +47,14 @@ class WaylandDesktop {
     void end() { compositor_.end(); }
 
   private:
-    std::optional<std::string> start(double scale);
+    void start(double scale);
 
-    ScratchFolder folder_;
+    testSupport::TemporaryFolder folder_;
     Fifo ready_;
     ChildProcess compositor_;
     std::string display_;
     int width_ = 0;
     int height_ = 0;
-    std::optional<std::string> failure_;
 };
 
 }  // namespace end_to_end
