@@ -1,7 +1,8 @@
 // Files of a test.
 #pragma once
 
-#include <stdlib.h>  // mkdtemp() is not in <cstdlib> everywhere.
+#include <stdlib.h>
+#include <unistd.h>  // Declares mkdtemp() on macOS.
 
 #include <cerrno>
 #include <filesystem>
