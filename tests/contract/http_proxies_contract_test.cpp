@@ -40,8 +40,11 @@ TEST(HttpSession, AsksTheProxyForAConnectionToAWebsiteUnderTlsAndReportsARefusal
     const ScriptedServer proxy(always({Send{answerBytes(407, "who?", {"Proxy-Authenticate: Basic realm=\"r\""})}}));
     named = proxy.url("");
 
-    expectConnectionLost(resultOf(post("https://website.invalid/")));
+    const Result result = resultOf(post("https://website.invalid/"));
 
+    // Versions of libcurl have different results for this.
+    ASSERT_TRUE(result.error.has_value());
+    EXPECT_NE(result.error->details.find("407"), std::string::npos) << result.error->details;
     ASSERT_EQ(proxy.requests().size(), 1U);
     EXPECT_EQ(proxy.requests().front().method(), "CONNECT");
     EXPECT_EQ(proxy.requests().front().target(), "website.invalid:443");
