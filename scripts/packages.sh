@@ -1,16 +1,15 @@
 # shellcheck shell=bash disable=SC2034
-# What the scripts beside this file have in common: the Debian packages that they need, by what they are for, and what
-# they check first.
+# Shared by the scripts: the Debian packages that they need, by purpose, and their first checks.
 #
-# NAME>=VERSION is the distribution's default package, or else the newest of those that carry their version in their
-# name, as libboost-json1.81-dev does. The libraries' versions are those of cmake/dependencies.cmake.
+# NAME>=VERSION is the distribution's default package or, if that is too old, the newest one with its version in its name,
+# such as libboost-json1.81-dev. The libraries' versions are those of cmake/dependencies.cmake.
 
 build_packages=(
     cmake g++ make ninja-build pkg-config
     qt6-base-dev libcurl4-openssl-dev 'libboost-json-dev>=1.81' 'libboost-url-dev>=1.81' libicu-dev
 )
 
-# What a desktop has anyway: certificates, fonts, the opener.
+# Usually present on a desktop: certificates, fonts, the opener.
 desktop_packages=(ca-certificates fonts-dejavu-core fonts-noto-color-emoji xdg-utils)
 
 test_packages=(
@@ -42,14 +41,14 @@ check_packages=(clang-format clang-tidy shellcheck yamllint)
 
 fail() { echo "$*" >&2; exit 1; }
 
-# require_tools ADVICE TOOL...: these tools are there; otherwise the script ends here, and says what to do.
+# require_tools ADVICE TOOL...: ends the script with the advice if a tool is missing.
 require_tools() {
     local advice=$1 tool
     shift
     for tool in "$@"; do command -v "$tool" >/dev/null || fail "There is no $tool here: $advice"; done
 }
 
-# prepare PACKAGE...: there is a folder to build in, and these packages are installed; otherwise the script ends here.
+# prepare PACKAGE...: checks the build folder and installs the packages; ends the script if that fails.
 prepare() {
     case $PWD in
         *[\ :]*) fail "$PWD has a blank or a colon in it, with which no library can be preloaded: move the checkout." ;;
@@ -57,25 +56,25 @@ prepare() {
     if ! mkdir -p build 2>/dev/null || [ ! -w build ]; then
         fail "$PWD/build cannot be written to: make it writable, or copy the sources to a place that is."
     fi
-    echo "==> Looking for the packages it takes"
+    echo "==> Checking for packages"
     scripts/install-packages "$@" || exit 1
 }
 
-# configure ARGUMENT...: CMake's first step, silent unless it fails.
+# configure ARGUMENT...: runs CMake's configuration, silently unless it fails.
 configure() {
     cmake "$@" >build/configure.log 2>&1 || { cat build/configure.log >&2; exit 1; }
 }
 
-# mach_o_files FOLDER: the programs and libraries for macOS in it, a path a line.
+# mach_o_files FOLDER: prints the paths of the programs and libraries for macOS in it.
 mach_o_files() {
     find "$1" -type f | sort | while read -r file; do
-        case $(head -c 4 "$file" | od -An -tx1 | tr -d ' \n') in # Systems differ in the blanks.
-            cffaedfe | cafebabe) echo "$file" ;; # For one processor, for several.
+        case $(head -c 4 "$file" | od -An -tx1 | tr -d ' \n') in # od's blanks differ between systems.
+            cffaedfe | cafebabe) echo "$file" ;; # One processor, several processors.
         esac
     done
 }
 
-# mount_image IMAGE FOLDER: opens a disk image at FOLDER/image until the script ends, and then removes FOLDER.
+# mount_image IMAGE FOLDER: mounts a disk image at FOLDER/image; at the script's end unmounts it and removes FOLDER.
 mount_image() {
     mounted=$2
     mkdir -p "$mounted/image"
@@ -83,6 +82,6 @@ mount_image() {
     trap close_image EXIT
 }
 close_image() {
-    hdiutil detach -quiet -force "$mounted/image" # What has just ended may still count as using it.
+    hdiutil detach -quiet -force "$mounted/image" # A program that has just ended may still count as using it.
     rm -rf "$mounted"
 }
