@@ -1,9 +1,9 @@
-// The floor of a detection: the commands and nothing else.
+// The floor of a detection: only the commands.
 #pragma once
 
 namespace benchmarks {
 
-// Starts each of the five commands of a detection, reads what it prints, and reaps it before the next.
+// Starts the five commands of a detection one after another, and reads and reaps each.
 void runBareCommands();
 
 }  // namespace benchmarks

@@ -1,4 +1,4 @@
-// Prints how many milliseconds the five commands of a detection take by themselves.
+// Prints how many milliseconds the five commands of a detection take.
 #include "benchmarks/bare_commands.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// The floor of a start: a window of the same size with nothing in it.
+// The floor of a start: an empty window of the same size.
 #include <QApplication>
 #include <QWidget>
 

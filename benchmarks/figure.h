@@ -1,4 +1,4 @@
-// A figure beside its floor, and the table of them.
+// A measured figure with its floor, and the table of all figures.
 #pragma once
 
 #include <optional>
@@ -15,7 +15,7 @@ struct Samples {
     [[nodiscard]] double most() const;
 };
 
-// Met when it is within any of the limits that are set.
+// Met if the figure is within any of the limits that are set.
 struct Target {
     std::optional<double> ratio = {};     // to the floor
     std::optional<double> more = {};      // than the floor, in the figure's unit
@@ -26,13 +26,13 @@ struct Figure {
     std::string name;
     std::string unit;
     Samples program;
-    Samples floor;  // empty where there is none
+    Samples floor;  // empty if there is none
     Target target;
 
     [[nodiscard]] bool isMet() const;  // by the medians; true without a target
 };
 
-// One row for each, with its floor below it.
+// Prints one row for each figure.
 void print(const std::vector<Figure>& figures);
 
 }  // namespace benchmarks

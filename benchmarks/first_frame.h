@@ -1,4 +1,4 @@
-// When a program's window is to be seen.
+// Measures when a program's window becomes visible.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@
 
 namespace benchmarks {
 
-// One place of a display without a window manager, whose windows stand in the upper left corner.
+// One pixel of a display without a window manager, whose windows are in the upper left corner.
 class WatchedPlace {
   public:
     WatchedPlace(const std::string& display, int x, int y);
@@ -17,8 +17,7 @@ class WatchedPlace {
     // Its colour as 0xRRGGBB.
     [[nodiscard]] unsigned long colour() const;
 
-    // Waits until the colour is another one than `before`, to a fifth of a millisecond; false when it is not within
-    // half a minute.
+    // Waits until the colour differs from `before`, with an accuracy of 0.2 ms; false after half a minute.
     [[nodiscard]] bool waitForOtherThan(unsigned long before) const;
 
   private:

@@ -1,4 +1,4 @@
-// Prints every figure beside its floor and its target. With --check it ends with 1 when a target is missed.
+// Prints every figure with its floor and its target. With --check it ends with 1 if a target is missed.
 //   bench <file of services_benchmark> <file of window_benchmark> <home folder with many fonts> [--check]
 #include <algorithm>
 #include <cstdio>
@@ -17,13 +17,13 @@ using benchmarks::Samples;
 
 constexpr int rounds = 15;
 
-// Called after what it sums up: "detect/real_time_median".
+// True for the rows that summarise others: "detect/real_time_median".
 bool isAggregate(const std::string& name) {
     const std::string kind = name.substr(name.rfind('_') + 1);
     return kind == "mean" || kind == "median" || kind == "stddev" || kind == "cv" || kind == "BigO" || kind == "RMS";
 }
 
-// From the comma-separated file of a benchmark: the repetitions of each, in nanoseconds.
+// Reads the comma-separated file of a benchmark: the repetitions of each figure, in nanoseconds.
 std::map<std::string, Samples> samplesIn(const char* path, bool processorTime) {
     std::map<std::string, Samples> all;
     std::ifstream file(path);

@@ -1,4 +1,4 @@
-// What the system says of a running process.
+// Reads the system's figures for a running process.
 #pragma once
 
 #include <sys/types.h>

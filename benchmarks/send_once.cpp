@@ -1,5 +1,5 @@
-// Sends a record to the address given, twice, and tells on standard error what the second time took: milliseconds, and
-// the peak of memory before and after in megabytes.
+// Sends a record to the address given, twice, and prints on standard error what the second time took: milliseconds, and
+// the peak memory before and after in megabytes.
 #include <unistd.h>
 
 #include <chrono>

@@ -1,5 +1,5 @@
-// Detection and sending beside their floors, in one process. Standard output carries the log and is thrown away:
-// scripts/bench asks for a file.
+// Measures detection and sending with their floors, in one process. Standard output has the log, so scripts/bench asks
+// for a file of results.
 #include <benchmark/benchmark.h>
 #include <curl/curl.h>
 
@@ -15,7 +15,7 @@ using testSupport::Send;
 
 const HardwareInfo record("macOS", "Apple M1 Pro", "Apple M1 Pro", 16, "DDR4", 2666, 494, "SSD", "Not Applicable", 4);
 
-// Nothing opens a page in a benchmark: no answer is a success.
+// No benchmark opens a page, since no answer is a success.
 std::string refusalOf(std::size_t size) {
     const std::string frame = R"({"success": false, "error": "no", "padding": ""})";
     return std::string(frame).insert(frame.size() - 2, std::string(size > frame.size() ? size - frame.size() : 0, 'x'));
@@ -26,7 +26,7 @@ std::size_t countBytes(char*, std::size_t size, std::size_t count, void* total) 
     return size * count;
 }
 
-// The floor of a request: the library with its own settings, a body and the two headers that matter.
+// The floor of a request: the library with its default settings, a body and the two necessary header fields.
 void bareRequest(const std::string& url) {
     CURL* easy = curl_easy_init();
     curl_slist* headers = curl_slist_append(nullptr, "Content-Type: application/json");

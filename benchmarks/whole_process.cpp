@@ -58,7 +58,7 @@ class Bench {
         environment_ = session_.environment();
         environment_["HOME"] = home_.path();
         environment_["LC_ALL"] = "C.UTF-8";
-        // As on a desktop where nobody uses a screen reader.
+        // Like a desktop without a screen reader.
         environment_["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";
         environment_.erase("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
     }
@@ -86,7 +86,7 @@ class Bench {
             "the website was not asked");
     }
 
-    // With the focus on its first element.
+    // Gives the window the focus, on its first element.
     ProgramWindow windowReadyForKeys(Program& program) {
         const auto window = ProgramWindow::waitFor(session_.display(), program.pid());
         require(window.has_value(), "no window came");
@@ -113,7 +113,7 @@ class Bench {
         return {time, peakMemoryOf(program.pid())};
     }
 
-    // Beside an empty window, and beside one with a line of text, for which the toolkit lists all fonts.
+    // Compared with an empty window, and with a line of text, for which the toolkit lists all fonts.
     void measureStart(const std::string& suffix, const std::string& home) {
         Figure time{"exec to first painted frame" + suffix, "ms", {}, {}, {.ratio = 1.20}};
         Figure timeOfText{"the same beside a line of text" + suffix, "ms", {}, {}, {.ratio = 1.10}};
@@ -139,7 +139,7 @@ class Bench {
         figures_.insert(figures_.end(), {time, timeOfText, memory});
     }
 
-    // By the keyboard: the field has the focus at first, then come the button, the list and the other button.
+    // By the keyboard: the field has the focus at first, then the button, the list and the other button.
     void measureDetectionAndSubmission() {
         Figure press{"press of Detect to the banner painted", "ms", {}, {}, {.more = 8}};
         Figure memory{"peak memory after a detection and a submission", "MB", {}, floorMemory_, {.ratio = 1.5}};
@@ -219,7 +219,7 @@ class Bench {
     }
 
     void measureIdleness() {
-        constexpr std::chrono::seconds settling{15};  // Beyond what a start still does in the background.
+        constexpr std::chrono::seconds settling{15};  // Longer than the background work of a start.
         constexpr std::chrono::seconds idle{60};
         Program program(settingOf(PROGRAM_PATH));
         Program floor(settingOf(EMPTY_WINDOW_PATH));
@@ -247,7 +247,7 @@ class Bench {
         figures_.push_back({"stripped program file", "KiB", {{size}}, {}, {.absolute = 700}});
     }
 
-    // Other programs that tell what a computer is made of, where they are installed: no targets, but neighbours.
+    // Other programs that show a computer's hardware, if installed, for comparison without targets.
     void measureOthers() {
         for (const std::string name : {"fastfetch", "lshw"}) {
             const std::string path = "/usr/bin/" + name;

@@ -1,4 +1,4 @@
-// What is measured of the program as a whole, on a display of its own.
+// Measures the whole program on a virtual display.
 #pragma once
 
 #include <string>

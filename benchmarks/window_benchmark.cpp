@@ -1,4 +1,4 @@
-// The window and what is shown in it, on the toolkit's offscreen platform with scripted services behind it.
+// Measures the window on the toolkit's offscreen platform, with scripted services.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -37,7 +37,7 @@ HardwareInfo recordWith(const std::string& processor) {
     return {"macOS", processor, "Apple M1 GPU", 16, "DDR4", 2666, 494, "SSD", "Not Applicable", 4};
 }
 
-// From a key to the window painted anew, with everything shown. Counted in processor time.
+// The processor time from a key to the repainted window, with everything shown.
 void keystroke(benchmark::State& state) {
     fakes::reset();
     ShownView shown;

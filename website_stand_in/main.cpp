@@ -32,7 +32,7 @@ std::optional<std::uint16_t> portFrom(std::string_view text) {
     return port;
 }
 
-// Nothing outlives the program, so it need not wait for connections that browsers keep open.
+// Ends at once, without waiting for connections that browsers keep open.
 void endOnSignals() {
     for (const int number : {SIGTERM, SIGINT}) std::signal(number, [](int) { std::_Exit(EXIT_SUCCESS); });
 }
@@ -60,20 +60,20 @@ void serve(Website& website, httplib::Server& server) {
     server.Options(anyPath, answer);
 }
 
-// What the library turns down by itself, such as a body that is too long, it answers without a body.
+// The library's own refusals, such as of a body that is too long, have no body.
 httplib::Server::HandlerResponse fillIn(const httplib::Request&, httplib::Response& response) {
     if (!response.body.empty()) return httplib::Server::HandlerResponse::Unhandled;
     hand(websiteStandIn::refusal(response.status, "The server could not take this request."), response);
     return httplib::Server::HandlerResponse::Handled;
 }
 
-// The library's own choice would let two servers share a port, each getting some of the requests.
+// By default the library lets two servers share a port, so that each gets some of the requests.
 void refuseToShareThePort(int socket) {
     const int yes = 1;
     setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
 }
 
-// The port that is now listened on.
+// The port that the server listens on.
 std::optional<int> bind(httplib::Server& server, std::uint16_t port) {
     if (port != 0) return server.bind_to_port(address, port) ? std::optional<int>(port) : std::nullopt;
     const int chosen = server.bind_to_any_port(address);
@@ -102,7 +102,7 @@ int main(int argc, char* argv[]) {
     });
     server.set_socket_options(refuseToShareThePort);
     server.set_tcp_nodelay(true);
-    server.set_keep_alive_timeout(1);  // Each open connection has one of a few threads to itself.
+    server.set_keep_alive_timeout(1);  // Each open connection occupies one of a few threads.
     server.set_payload_max_length(longestBody);
 
     const std::optional<int> port = bind(server, *wanted);
@@ -111,7 +111,7 @@ int main(int argc, char* argv[]) {
                      int{*wanted});
         return EXIT_FAILURE;
     }
-    // The socket queues connections from here on; none is refused.
+    // From now on the socket queues connections and refuses none.
     std::printf("Listening on http://%s:%d\n", address, *port);
     return server.listen_after_bind() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -7,7 +7,7 @@ namespace websiteStandIn {
 
 namespace {
 
-// The empty icon keeps browsers from asking for one of their own accord.
+// With an empty icon browsers don't request one.
 constexpr std::string_view head = R"(<meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <link rel="icon" href="data:,">
@@ -67,7 +67,7 @@ std::string document(std::string_view title, const std::string& content) {
         .append("It forgets everything when it ends.</footer>\n</body>\n</html>\n");
 }
 
-// Takes HTML.
+// `heading` and `value` are HTML.
 std::string row(std::string_view heading, std::string_view value) {
     return std::string("<tr><th scope=\"row\">")
         .append(heading)

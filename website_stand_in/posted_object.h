@@ -1,4 +1,4 @@
-// The JSON object that was posted to an endpoint, which must have the members asked for and no others.
+// Checks a JSON object posted to an endpoint: it must have the members asked for and no others.
 #pragma once
 
 #include <cstdint>
@@ -16,13 +16,13 @@ class PostedObject {
   public:
     explicit PostedObject(platform::JsonObject object) : object_(std::move(object)) {}
 
-    // The member's value. One that is missing or of another type gives an empty text or 0 and is complained of. An
-    // integer is a number written as one: 16.0 and true are none.
+    // The member's value. If it is missing or has another type, the result is empty or 0, and complaint() reports
+    // it. 16.0 and true are no integers.
     [[nodiscard]] std::string text(std::string_view name);
     [[nodiscard]] std::int64_t integer(std::string_view name);
 
-    // A sentence about the first thing wrong, absent when all is well. To be called last: a member that was not asked
-    // for is wrong, and so is a second one of the same name.
+    // A sentence about the first error; absent if there is none. Call it last: members that were not asked for and
+    // repeated members are errors.
     [[nodiscard]] std::optional<std::string> complaint() const;
 
   private:

@@ -1,4 +1,4 @@
-// What the stand-in website has been told since it was started.
+// The data that the stand-in website has received since its start.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ struct Machine {
 struct Records {
     std::vector<Machine> machines;                              // The first one's hardware_id is 1.
     std::set<std::string> installs;                             // Device ids.
-    std::map<std::string, std::vector<std::string>> daysOfUse;  // By device id: a day for each report, as it was sent.
+    std::map<std::string, std::vector<std::string>> daysOfUse;  // By device id: the date of each report.
 };
 
 }  // namespace websiteStandIn

@@ -21,7 +21,7 @@ constexpr int badRequest = 400;
 constexpr int notFound = 404;
 constexpr int methodNotAllowed = 405;
 
-// Our texts are our own words and what the JSON reader let pass, so that there is always a way to write them.
+// Always succeeds: the texts are our own or come from the JSON reader, so they are valid UTF-8.
 WebAnswer jsonAnswer(int status, const JsonObject& object) {
     return {status, "application/json", platform::jsonDataFrom(object).value()};
 }
@@ -41,7 +41,7 @@ std::string_view queryOf(std::string_view target) {
     return mark == std::string_view::npos ? std::string_view() : target.substr(mark + 1);
 }
 
-// The first parameter of that name, as it was sent.
+// The first parameter of that name, undecoded.
 std::optional<std::string_view> parameterIn(std::string_view query, std::string_view name) {
     while (!query.empty()) {
         const std::string_view parameter = query.substr(0, query.find('&'));
@@ -61,7 +61,7 @@ std::optional<std::size_t> numberFrom(std::string_view text) {
     return number;
 }
 
-// Parameters such as a charset may follow; names of media types are alike in any case.
+// Parameters such as a charset may follow; media types are case-insensitive.
 bool isJson(std::string_view contentType) {
     contentType = contentType.substr(0, contentType.find(';'));
     std::string type(contentType.substr(0, contentType.find_last_not_of(" \t") + 1));

@@ -1,4 +1,5 @@
-// The Velmora website as far as Hardware Detector knows it, played without a socket: a request in, an answer out.
+// A stand-in for the Velmora website, with the endpoints that Hardware Detector uses. It has no socket: it maps a
+// request to an answer.
 //
 //   POST /save-detected-hardware/           stores a machine and answers {"success": true, "hardware_id": N,
 //                                           "redirect_url": "/detected-hardware/"}
@@ -7,10 +8,10 @@
 //   GET  /detected-hardware/?hardware_id=N  the page of a stored machine
 //   GET  /                                  all that was stored and reported
 //
-// It is strict, so that a mistake of the tool's shows: a posted body is a JSON object of exactly the members of its
-// endpoint, sent as application/json (else 400), and a path is compared byte for byte: a doubled slash or an escaped
-// letter makes it another one (404). Every answer that is no page is a JSON object; one that refuses something is
-// {"success": false, "error": "a sentence"}.
+// It is strict, to show mistakes of the program: a posted body must be a JSON object with exactly the members of its
+// endpoint, sent as application/json (otherwise 400). Paths are compared byte for byte, so a doubled slash or an
+// escaped letter gives 404. Every answer that is no page is a JSON object; a refusal is {"success": false, "error": "a
+// sentence"}.
 #pragma once
 
 #include <mutex>
@@ -37,13 +38,13 @@ struct WebAnswer {
     std::string allow = {};  // The value of the field Allow, with status 405 alone.
 };
 
-// A refusal, as the website words all of them.
+// An answer with status `status` and the JSON of a refusal.
 [[nodiscard]] WebAnswer refusal(int status, const std::string& sentence);
 
 // Safe from any thread.
 class Website {
   public:
-    // HEAD is answered as GET is; leaving out the body is up to the server.
+    // HEAD gets the same answer as GET; the server leaves out the body.
     [[nodiscard]] WebAnswer answerTo(const WebRequest& request);
 
   private:
