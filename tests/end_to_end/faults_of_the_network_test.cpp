@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "tests/end_to_end/rig/fifo.h"
-#include "tests/end_to_end/rig/namespaces.h"
+#include "tests/end_to_end/rig/mount_namespace.h"
 #include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
@@ -76,7 +76,7 @@ TEST_F(NetworkFault, AWebsiteOnIpv6IsReached) {
 class TlsFault : public NetworkFault {
   protected:
     void SetUp() override {
-        if (const auto& refusal = whyNoOwnNamespaces()) GTEST_SKIP() << *refusal;
+        if (const auto& refusal = whyNoMountNamespace()) GTEST_SKIP() << *refusal;
         NetworkFault::SetUp();
     }
 

@@ -28,8 +28,8 @@ TEST_F(MainJob, DetectsListsSendsOpensThePageAndQuits) {
                   "/usr/sbin/sysctl -n hw.memsize", "/usr/sbin/system_profiler SPDisplaysDataType", "/bin/df -h /"}));
 
     ASSERT_TRUE(press(window, "Send to Website"));
-    ASSERT_TRUE(opener_.waitForCalls(1));
-    EXPECT_EQ(opener_.calls(), (std::vector<std::vector<std::string>>{{base() + "/results?hardware_id=42"}}));
+    ASSERT_TRUE(opener_.waitForPages(1));
+    EXPECT_EQ(opener_.pages(), std::vector<std::string>{base() + "/results?hardware_id=42"});
     EXPECT_EQ(program.waitForExit(), success);
 
     const std::string deviceId = valueIn(settingsFile(), "com.velmora.device_id");
@@ -94,7 +94,7 @@ TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
     ASSERT_TRUE(shows(window, "Hardware detected successfully!")) << window.tree();
     ASSERT_TRUE(tabTo("Send to Website")) << window.tree();
     keyboard.press("space");
-    EXPECT_TRUE(opener_.waitForCalls(1));
+    EXPECT_TRUE(opener_.waitForPages(1));
     EXPECT_EQ(program.waitForExit(), success);
 }
 

@@ -79,7 +79,7 @@ TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
     ASSERT_TRUE(press(window, "Detect Hardware"));
     ASSERT_TRUE(shows(window, "Hardware detected successfully!")) << window.tree();
     ASSERT_TRUE(press(window, "Send to Website"));
-    ASSERT_TRUE(opener_.waitForCalls(1)) << program.bytes(Stream::output) << program.bytes(Stream::error);
+    ASSERT_TRUE(opener_.waitForPages(1)) << program.bytes(Stream::output) << program.bytes(Stream::error);
     EXPECT_EQ(program.waitForExit(), success);
 }
 

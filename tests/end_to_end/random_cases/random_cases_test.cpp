@@ -69,7 +69,7 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
         if (!field || !field->setText(base() + round.addressTail)) return "has no address";
         const std::size_t logBefore = program_->log().size();
         const std::size_t requestsBefore = server_.requests().size();
-        const std::size_t callsBefore = opener_.calls().size();
+        const std::size_t pagesBefore = opener_.pages().size();
         if (!press(window, "Send to Website")) {
             differences += "  does not send\n";
         } else if (expected.ends) {  // Two seconds later; on a busy machine too soon to check the banner.
@@ -99,10 +99,9 @@ class RandomCases : public Surroundings, public testing::WithParamInterface<int>
                            "\n  expected\n    " + expected.target + "\n    " + expected.body + "\n";
         }
 
-        std::vector<std::string> pages;
-        waitFor([&] { return opener_.calls().size() >= callsBefore + expected.pages.size(); });
-        const auto calls = opener_.calls();
-        for (std::size_t call = callsBefore; call < calls.size(); ++call) pages.push_back(calls[call].at(0));
+        waitFor([&] { return opener_.pages().size() >= pagesBefore + expected.pages.size(); });
+        std::vector<std::string> pages = opener_.pages();
+        pages.erase(pages.begin(), pages.begin() + static_cast<std::ptrdiff_t>(pagesBefore));
         if (pages != expected.pages) {
             differences += "  opened\n" + printed(pages) + "  expected\n" + printed(expected.pages);
         }

@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "tests/end_to_end/rig/program.h"
+
 namespace end_to_end {
 
 Fifo::Fifo(std::filesystem::path path) : path_(std::move(path)) {
@@ -30,6 +32,8 @@ const std::string& Fifo::bytes() {
     return bytes_;
 }
 
+std::vector<std::string> Fifo::lines() { return wholeLinesOf(bytes()); }
+
 bool Fifo::waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!enough(bytes())) {
@@ -39,6 +43,10 @@ bool Fifo::waitUntil(const std::function<bool(const std::string&)>& enough, std:
         poll(&more, 1, left);
     }
     return true;
+}
+
+bool Fifo::waitForLines(std::size_t count, std::chrono::milliseconds limit) {
+    return waitUntil([&](const std::string& bytes) { return wholeLinesOf(bytes).size() >= count; }, limit);
 }
 
 }  // namespace end_to_end

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "tests/end_to_end/rig/patience.h"
 #include "tests/support/descriptor.h"
@@ -21,11 +22,13 @@ class Fifo {
 
     const std::filesystem::path& path() const { return path_; }
 
-    // All bytes written so far.
+    // All bytes written so far, and the complete lines among them, without line feeds.
     const std::string& bytes();
+    std::vector<std::string> lines();
 
-    // Waits until `enough` is true for the bytes written; returns false after the limit.
+    // Wait until `enough` is true for the bytes, or until there are `count` lines; return false after the limit.
     bool waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit = patience);
+    bool waitForLines(std::size_t count, std::chrono::milliseconds limit = patience);
 
   private:
     std::filesystem::path path_;

@@ -10,8 +10,6 @@
 
 namespace end_to_end {
 
-namespace {
-
 std::vector<std::string> wholeLinesOf(std::string_view bytes) {
     std::vector<std::string> lines;
     for (std::size_t end = bytes.find('\n'); end != std::string_view::npos; end = bytes.find('\n')) {
@@ -20,6 +18,8 @@ std::vector<std::string> wholeLinesOf(std::string_view bytes) {
     }
     return lines;
 }
+
+namespace {
 
 std::optional<std::string> firstLineOf(std::string_view bytes, const std::function<bool(std::string_view)>& matches) {
     for (std::string& line : wholeLinesOf(bytes)) {

@@ -16,6 +16,9 @@
 
 namespace end_to_end {
 
+// The complete lines in `bytes`, without line feeds.
+[[nodiscard]] std::vector<std::string> wholeLinesOf(std::string_view bytes);
+
 enum class Stream { output, error };
 
 // The constructor starts the program, or throws; the destructor kills and reaps it. Use it on the main thread.

@@ -66,22 +66,10 @@ void ScriptedMachine::hold(const std::string& command) {
     if (!gate) gate = std::make_unique<Fifo>(gateOf(command));
 }
 
-std::vector<std::string> ScriptedMachine::runs() {
-    std::vector<std::string> lines;
-    const std::string& bytes = record_.bytes();
-    std::size_t start = 0;
-    for (std::size_t end = bytes.find('\n'); end != std::string::npos; end = bytes.find('\n', start)) {
-        lines.push_back(bytes.substr(start, end - start));
-        start = end + 1;
-    }
-    return lines;
-}
+std::vector<std::string> ScriptedMachine::runs() { return record_.lines(); }
 
 bool ScriptedMachine::waitForRuns(std::size_t count, std::chrono::milliseconds limit) {
-    const auto lines = [](const std::string& bytes) {
-        return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n'));
-    };
-    return record_.waitUntil([&](const std::string& bytes) { return lines(bytes) >= count; }, limit);
+    return record_.waitForLines(count, limit);
 }
 
 fs::path ScriptedMachine::fileOf(const std::string& command) const { return commands().string() + command; }

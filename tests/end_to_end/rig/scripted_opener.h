@@ -1,8 +1,6 @@
 // A script in place of xdg-open(1), the command that opens a page in the browser.
 #pragma once
 
-#include <chrono>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,9 +17,9 @@ class ScriptedOpener {
     // For the program's PATH.
     std::string searchPath() const;
 
-    // The arguments of each call so far, byte for byte.
-    std::vector<std::vector<std::string>> calls();
-    bool waitForCalls(std::size_t count, std::chrono::milliseconds limit = patience);
+    // The pages of all calls so far.
+    std::vector<std::string> pages();
+    bool waitForPages(std::size_t count);  // False after the limit.
 
   private:
     testSupport::TemporaryFolder folder_;

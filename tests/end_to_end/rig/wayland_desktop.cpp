@@ -1,8 +1,7 @@
 #include "tests/end_to_end/rig/wayland_desktop.h"
 
 #include <fcntl.h>
-#include <sys/socket.h>
-#include <sys/un.h>
+#include <unistd.h>
 
 #include <QByteArray>
 #include <QDir>
@@ -10,12 +9,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLibraryInfo>
-#include <algorithm>
-#include <array>
-#include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
+
+#include "tests/support/shell.h"
 
 namespace end_to_end {
 
@@ -29,41 +27,11 @@ constexpr int pixelHeight = 1200;
 // Older versions of sway refuse to run as root, so root runs it as nobody.
 constexpr uid_t nobody = 65534;
 
-// Kinds of sway's IPC messages.
-enum class Question : std::uint32_t { outputs = 3, tree = 4 };
-
-bool sendAll(const Descriptor& socket, const QByteArray& bytes) {
-    return send(socket.number(), bytes.data(), static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL) == bytes.size();
-}
-
-QByteArray receive(const Descriptor& socket, std::size_t count) {
-    QByteArray bytes(static_cast<qsizetype>(count), '\0');
-    const ssize_t received = recv(socket.number(), bytes.data(), count, MSG_WAITALL);
-    return received == static_cast<ssize_t>(count) ? bytes : QByteArray();
-}
-
-// Asks over the compositor's socket. A header is a magic word, the payload's length and the kind. Null if no answer
-// comes.
-QJsonDocument ask(const fs::path& socketPath, Question question) {
-    const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const timeval limit{patience.count(), 0};
-    setsockopt(socket.number(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
-    const auto* const general = static_cast<const sockaddr*>(static_cast<const void*>(&address));
-    if (connect(socket.number(), general, sizeof address) != 0) return {};
-
-    constexpr std::array magic{'i', '3', '-', 'i', 'p', 'c'};
-    std::array<std::uint32_t, 2> lengthAndKind{0, static_cast<std::uint32_t>(question)};
-    QByteArray header(magic.data(), magic.size());
-    header.append(static_cast<const char*>(static_cast<const void*>(lengthAndKind.data())), sizeof lengthAndKind);
-    if (!sendAll(socket, header)) return {};
-
-    header = receive(socket, magic.size() + sizeof lengthAndKind);
-    if (header.isEmpty()) return {};
-    std::memcpy(lengthAndKind.data(), header.data() + magic.size(), sizeof lengthAndKind);
-    return QJsonDocument::fromJson(receive(socket, lengthAndKind[0]));
+// Asks the compositor by swaymsg(1). Null if it does not answer.
+QJsonDocument ask(const fs::path& socket, const std::string& question) {
+    const std::string answer =
+        testSupport::shell("swaymsg --raw --socket " + testSupport::quoted(socket) + " --type " + question).output;
+    return QJsonDocument::fromJson(QByteArray::fromStdString(answer));
 }
 
 // Depth first.
@@ -137,7 +105,7 @@ void WaylandDesktop::start(double scale) {
     const std::string name = ready_.bytes().substr(0, ready_.bytes().size() - 1);
     display_ = folder_.path() / name;
 
-    const QJsonArray outputs = ask(folder_.path() / "sway", Question::outputs).array();
+    const QJsonArray outputs = ask(folder_.path() / "sway", "get_outputs").array();
     if (outputs.size() != 1) throw std::runtime_error("sway does not have exactly one screen");
     const QJsonObject area = outputs[0].toObject()["rect"].toObject();
     width_ = area["width"].toInt();
@@ -151,7 +119,7 @@ Environment WaylandDesktop::environmentFrom(Environment session) const {
 }
 
 std::optional<WaylandDesktop::Window> WaylandDesktop::windowOf(pid_t program) const {
-    const QJsonObject node = nodeOf(program, ask(folder_.path() / "sway", Question::tree).object());
+    const QJsonObject node = nodeOf(program, ask(folder_.path() / "sway", "get_tree").object());
     if (node.isEmpty()) return std::nullopt;
     const QJsonObject area = node["rect"].toObject();
     return Window{.x = area["x"].toInt(),
