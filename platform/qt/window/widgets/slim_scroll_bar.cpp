@@ -24,11 +24,12 @@ SlimScrollBar::SlimScrollBar(QScrollBar* scrolled, QWidget* parent) : QWidget(pa
     hide();
 }
 
+// Only while there is something to scroll.
 QRectF SlimScrollBar::thumb() const {
     const double range = scrolled_->maximum() - scrolled_->minimum();
     const double track = height() - 2 * thumbInset;
     const double length = qMax(shortestThumb, track * scrolled_->pageStep() / (range + scrolled_->pageStep()));
-    const double top = range == 0 ? 0 : (track - length) * (scrolled_->value() - scrolled_->minimum()) / range;
+    const double top = (track - length) * (scrolled_->value() - scrolled_->minimum()) / range;
     return {thumbInset, thumbInset + top, width() - 2 * thumbInset, length};
 }
 
