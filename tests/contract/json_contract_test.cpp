@@ -188,7 +188,8 @@ TEST(Json, ReadsALongTextInUtf16) {
 }
 
 TEST(Json, WritesMembersInOrderWithoutBlanks) {
-    EXPECT_EQ(jsonDataFrom({{"b", "x"}, {"a", std::int64_t{-7}}, {"c", true}}), R"({"b":"x","a":-7,"c":true})");
+    EXPECT_EQ(jsonDataFrom({{"b", "x"}, {"a", std::int64_t{-7}}, {"c", true}, {"n", nullptr}}),
+              R"({"b":"x","a":-7,"c":true,"n":null})");
     EXPECT_EQ(jsonDataFrom({}), "{}");
 }
 
