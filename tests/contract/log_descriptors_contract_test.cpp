@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -30,7 +31,7 @@ TEST(LogDescriptors, AFileOpenedInTheNumberOfAClosedStreamGetsNoLine) {
     }
 }
 
-TEST(LogDescriptors, AChildDoesNotInheritTheLog) {
+TEST(LogDescriptors, AChildInheritsNothingOfTheLog) {
     const testSupport::TemporaryFolder folder;
     const std::filesystem::path log = folder.path() / "log";
     const std::filesystem::path error = folder.path() / "error";
@@ -41,6 +42,10 @@ TEST(LogDescriptors, AChildDoesNotInheritTheLog) {
     const std::string descriptorsOfTheChild = textOf(error);
     EXPECT_NE(descriptorsOfTheChild.find(" -> " + error.string() + "\n"), std::string::npos) << descriptorsOfTheChild;
     EXPECT_EQ(descriptorsOfTheChild.find(" -> " + log.string() + "\n"), std::string::npos) << descriptorsOfTheChild;
+    const std::string usualDescriptors = shell("ls -l /proc/self/fd").output;
+    EXPECT_EQ(std::count(descriptorsOfTheChild.begin(), descriptorsOfTheChild.end(), '\n'),
+              std::count(usualDescriptors.begin(), usualDescriptors.end(), '\n'))
+        << descriptorsOfTheChild;
 }
 
 TEST(LogDescriptors, AFullDeviceLosesOnlyTheLine) { EXPECT_EQ(shell(CHILD_PATH " much >/dev/full").status, 0); }
