@@ -24,7 +24,7 @@ std::string platform::systemProxyFor(const Url& url) {
 
 namespace {
 
-TEST(HttpSession, SendsARequestThroughTheProxyThatTheSystemNames) {
+TEST(HttpSession, SendsARequestThroughTheSystemsProxy) {
     setenv("no_proxy", "*", 1);
     const ScriptedServer proxy(always({Send{answerBytes(200, "by proxy")}}));
     named = proxy.url("");
@@ -36,7 +36,7 @@ TEST(HttpSession, SendsARequestThroughTheProxyThatTheSystemNames) {
     EXPECT_EQ(proxy.requests().front().body(), "{\"a\":1}");
 }
 
-TEST(HttpSession, AsksTheProxyForAConnectionToAWebsiteUnderTlsAndReportsARefusal) {
+TEST(HttpSession, AsksTheProxyForATunnelToAnHttpsWebsiteAndReportsARefusal) {
     const ScriptedServer proxy(always({Send{answerBytes(407, "who?", {"Proxy-Authenticate: Basic realm=\"r\""})}}));
     named = proxy.url("");
 

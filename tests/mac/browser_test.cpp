@@ -10,7 +10,7 @@ namespace {
 
 using OpenInBrowser = MacTest;
 
-TEST_F(OpenInBrowser, HandsTheUrlOverAsItStands) {
+TEST_F(OpenInBrowser, PassesTheUrlUnchanged) {
     const char* const text = "HTTPS://www.Velmora.example/hardware/%2f?submission=7#top";
 
     EXPECT_TRUE(openInBrowser(Url::parse(text).value()));
@@ -22,14 +22,14 @@ TEST_F(OpenInBrowser, HandsTheUrlOverAsItStands) {
                            }));
 }
 
-TEST_F(OpenInBrowser, RefusesAUrlWithoutASchemeBeforeAskingAnybody) {
+TEST_F(OpenInBrowser, RefusesAUrlWithoutASchemeWithoutAskingTheSystem) {
     for (const char* text : {"path", "/Applications/Calculator.app", "//www.velmora.example/", "?id=7", "#top"}) {
         EXPECT_FALSE(openInBrowser(Url::parse(text).value())) << text;
     }
     EXPECT_TRUE(mac().calls.empty());
 }
 
-TEST_F(OpenInBrowser, IsFalseForWhatTheSystemTakesForNoUrl) {
+TEST_F(OpenInBrowser, IsFalseForAUrlThatTheSystemRejects) {
     mac().makesUrls = false;
 
     EXPECT_FALSE(openInBrowser(Url::parse("https://www.velmora.example/").value()));

@@ -35,7 +35,7 @@ TEST_F(CoreFoundation, LeavesNullAlone) {
     EXPECT_TRUE(mac().callsOf("CFRelease").empty());
 }
 
-TEST_F(CoreFoundation, TellsStringsFromEverythingElse) {
+TEST_F(CoreFoundation, DistinguishesStringsFromOtherObjects) {
     const Owned<CFTypeRef> number(makeObject(std::int64_t{7}, "the test"));
 
     EXPECT_TRUE(isString(stringOf(u"7").get()));
@@ -68,7 +68,7 @@ TEST_F(CoreFoundation, ReadsHalfASurrogatePairAsAQuestionMark) {
     EXPECT_EQ(utf8(stringOf({u'a', 0xDDA5}).get()), "a?");
 }
 
-TEST_F(CoreFoundation, MakesNoStringOfWhatIsNotUtf8) {
+TEST_F(CoreFoundation, MakesNoStringFromInvalidUtf8) {
     for (const std::string text : {"\xff", "a\xc3", "\xc0\x80", "\xed\xa0\x80", "\xf4\x90\x80\x80"}) {
         EXPECT_EQ(cfString(text), nullptr);
     }

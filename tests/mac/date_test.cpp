@@ -9,7 +9,7 @@ namespace {
 
 using CurrentDate = MacTest;
 
-TEST_F(CurrentDate, IsTheMomentWrittenByThePatternInTheUsersLocale) {
+TEST_F(CurrentDate, IsFormattedByThePatternInTheUsersLocale) {
     mac().now = 5000;
     mac().date = u"2567-06-01";
 
@@ -32,7 +32,7 @@ TEST_F(CurrentDate, ReadsTheClockAtEachCall) {
                                         "CFDateFormatterCreateStringWithAbsoluteTime(yyyy, 6000)"}));
 }
 
-TEST_F(CurrentDate, IsWrittenInTheSystemsLocaleWhenTheUsersIsNotThere) {
+TEST_F(CurrentDate, UsesTheSystemsLocaleWithoutAUsersLocale) {
     mac().hasLocale = false;
     mac().date = u"2024-06-01";
 

@@ -110,14 +110,14 @@ class MacApplication : public MacWindow {
     int opened_ = 0;
 };
 
-TEST_F(MacApplication, GoesOnWithoutItsWindow) {
+TEST_F(MacApplication, KeepsRunningWithoutItsWindow) {
     window()->close();
     QApplication::processEvents();
     EXPECT_TRUE(windows().empty());
     EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
 }
 
-TEST_F(MacApplication, ThePressInTheDockOpensTheWindowAgainInItsInitialState) {
+TEST_F(MacApplication, AClickInTheDockOpensTheWindowInItsInitialState) {
     field()->setText("http://typed.example");
     window()->close();
     EXPECT_TRUE(windows().empty());
@@ -127,7 +127,7 @@ TEST_F(MacApplication, ThePressInTheDockOpensTheWindowAgainInItsInitialState) {
     EXPECT_EQ(field()->text().toStdString(), websiteBaseUrl());
 }
 
-TEST_F(MacApplication, TheWindowThatOpensAgainReportsAgain) {
+TEST_F(MacApplication, TheReopenedWindowReportsAgain) {
     window()->close();
     EXPECT_TRUE(windows().empty());
     pressInTheDock();
@@ -135,7 +135,7 @@ TEST_F(MacApplication, TheWindowThatOpensAgainReportsAgain) {
     fakes::waitForSession();
 }
 
-TEST_F(MacApplication, ThePressInTheDockOpensNoSecondWindow) {
+TEST_F(MacApplication, AClickInTheDockOpensNoSecondWindow) {
     const platform::MainWindow* open = window();
     pressInTheDock();
     window()->showMinimized();
@@ -157,7 +157,7 @@ TEST_F(MacApplication, HasTheStandardMenus) {
                             "  Close Ctrl+W", "  Minimize Ctrl+M"}));
 }
 
-TEST_F(MacApplication, AboutGoesToTheApplicationsMenuAndShowsTheSystemsPanel) {
+TEST_F(MacApplication, AboutIsInTheApplicationMenuAndShowsTheSystemsPanel) {
     QAction* about = menuBar_->actions().at(0)->menu()->actions().at(0);
     EXPECT_EQ(about->menuRole(), QAction::AboutRole);
     objectiveC().messages.clear();

@@ -41,7 +41,7 @@ TEST_F(PlatformUuid, ReleasesThePlatformExpertRightAfterTheReadAndThePropertyLas
                            }));
 }
 
-TEST_F(PlatformUuid, IsTheTextAsItStands) {
+TEST_F(PlatformUuid, IsTheUnchangedText) {
     mac().platformUuid = u" 1d3f\u00fc\n";
     EXPECT_EQ(platformUuid(), " 1d3f\xc3\xbc\n");
 }
@@ -58,7 +58,7 @@ TEST_F(PlatformUuid, IsAbsentWithoutAPlatformExpertAndReleasesNothing) {
                            }));
 }
 
-TEST_F(PlatformUuid, IsAskedForWithoutADictionaryToo) {
+TEST_F(PlatformUuid, IsQueriedEvenWithoutADictionary) {
     mac().makesMatchingDictionaries = false;
     mac().hasPlatformExpert = false;
 

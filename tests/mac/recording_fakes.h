@@ -1,7 +1,6 @@
-// A Mac for tests on other systems: fakes of the macOS functions that the back ends call. They answer what the test
-// says and record each call. Their objects count references, and whatever breaks the rules of ownership fails the test.
-//
-// For one thread.
+// Fakes of the macOS functions that the back ends call, for tests on other systems. The test sets their results, and
+// they record each call. Their objects count references: a broken rule of ownership fails the test. Use them on one
+// thread.
 #pragma once
 
 #include <CoreServices/CoreServices.h>
@@ -22,7 +21,7 @@ struct Array {
     bool operator==(const Array&) const = default;
 };
 
-// What an object holds. Strings are UTF-16, as CoreFoundation counts their length.
+// The value of an object. Strings are UTF-16, like CoreFoundation's.
 using Value = std::variant<std::u16string, std::int64_t, double, bool, Array>;
 using Values = std::map<std::u16string, Value>;
 
@@ -32,7 +31,7 @@ struct Mac {
     bool hasPlatformExpert = true;
     std::optional<Value> platformUuid;
 
-    // The preferences: as this process sees them, and as they are stored since it last synchronized.
+    // The preferences as this process sees them, and as stored by its last synchronization.
     Values preferences;
     Values storedPreferences;
 
@@ -40,33 +39,33 @@ struct Mac {
     bool hasLocale = true;
     bool makesDateFormatters = true;
     CFAbsoluteTime now = 0;
-    std::optional<std::u16string> date;  // What a formatter makes of the moment.
+    std::optional<std::u16string> date;  // The result of each formatter.
 
     // Launch Services.
     bool makesUrls = true;
     OSStatus statusOfOpening = noErr;
 
-    // The proxies that the settings name, each a dictionary.
+    // The proxies in the settings, each a dictionary.
     bool hasProxySettings = true;
     bool listsProxies = true;
     std::vector<Values> proxies;
 
-    // In order, each with its telling arguments: "IOServiceMatching(IOPlatformExpertDevice)".
+    // The calls in order, with their relevant arguments: "IOServiceMatching(IOPlatformExpertDevice)".
     std::vector<std::string> calls;
 
     [[nodiscard]] std::vector<std::string> callsOf(std::string_view function) const;
 };
 
-// The one that the fakes speak for.
+// The machine that the fakes describe.
 Mac& mac();
 
-// A new object, as a function called `origin` would return it: the caller has the one reference to it.
+// A new object as returned by the function `origin`: the caller owns its only reference.
 [[nodiscard]] CFTypeRef makeObject(const Value& value, const std::string& origin);
 
-// Adds a failure for each reference that was taken and is not yet released.
+// Adds a failure for each reference that is not released.
 void expectNothingLeftToRelease();
 
-// Begins with a Mac as above and no objects; ends with nothing left to release.
+// Starts without objects; fails at the end if a reference is not released.
 class MacTest : public testing::Test {
   protected:
     void SetUp() override;

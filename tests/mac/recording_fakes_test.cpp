@@ -1,4 +1,4 @@
-// The other tests here rely on this: a broken rule of ownership is a failure.
+// The other tests here rely on the fakes to fail when a rule of ownership is broken.
 #include "tests/mac/recording_fakes.h"
 
 #include <gtest/gtest-spi.h>
@@ -57,7 +57,7 @@ TEST_F(RecordingFakes, FailOnTheReleaseOfAConstant) {
     EXPECT_NONFATAL_FAILURE(CFRelease(kCFPreferencesCurrentApplication), "CFRelease was given a constant");
 }
 
-TEST_F(RecordingFakes, FailOnNullAndOnWhatIsNoObject) {
+TEST_F(RecordingFakes, FailOnNullAndUnknownPointers) {
     const int neighbour = 0;
 
     EXPECT_NONFATAL_FAILURE(CFRelease(nullptr), "CFRelease was given null");

@@ -16,7 +16,7 @@ Values named(const std::u16string& type, const std::u16string& host, std::int64_
 
 const Values none = {{u"type", u"none"}};
 
-TEST_F(SystemProxy, IsTheFirstOneThatTheSettingsNameForTheUrl) {
+TEST_F(SystemProxy, IsTheFirstProxyInTheSettingsForTheUrl) {
     mac().proxies = {named(u"HTTPS", u"proxy.example", 8080), named(u"HTTP", u"second.example", 80), none};
 
     EXPECT_EQ(proxy(), "http://proxy.example:8080");
@@ -25,7 +25,7 @@ TEST_F(SystemProxy, IsTheFirstOneThatTheSettingsNameForTheUrl) {
               std::vector<std::string>{"CFNetworkCopyProxiesForURL(https://www.velmora.example/a)"});
 }
 
-TEST_F(SystemProxy, IsWrittenAsLibcurlTakesIt) {
+TEST_F(SystemProxy, IsFormattedForLibcurl) {
     const std::vector<std::pair<Values, std::string>> cases = {
         {named(u"HTTP", u"proxy.example", 1), "http://proxy.example:1"},
         {named(u"HTTPS", u"10.0.0.1", 65535), "http://10.0.0.1:65535"},
@@ -39,7 +39,7 @@ TEST_F(SystemProxy, IsWrittenAsLibcurlTakesIt) {
     }
 }
 
-TEST_F(SystemProxy, PassesOverWhatItCannotUse) {
+TEST_F(SystemProxy, SkipsUnusableProxies) {
     const Values http = named(u"HTTP", u"proxy.example", 8080);
     for (const Values& unusable : {named(u"unknown", u"other.example", 1),
                                    Values(),
@@ -53,7 +53,7 @@ TEST_F(SystemProxy, PassesOverWhatItCannotUse) {
     }
 }
 
-TEST_F(SystemProxy, IsNoneWhenTheSystemNamesNone) {
+TEST_F(SystemProxy, IsNoneIfTheSystemNamesNone) {
     EXPECT_EQ(proxy(), "");
     mac().proxies = {none, named(u"HTTP", u"proxy.example", 8080)};
     EXPECT_EQ(proxy(), "");

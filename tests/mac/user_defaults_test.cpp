@@ -15,7 +15,7 @@ TEST_F(UserDefaults, HaveNoTextForAKeyThatWasNeverSet) {
     EXPECT_EQ(userDefaults::string("com.velmora.device_id"), std::nullopt);
 }
 
-TEST_F(UserDefaults, AreAskedForTheKeyAsItIsWritten) {
+TEST_F(UserDefaults, AreReadByTheUnchangedKey) {
     mac().preferences = {{u"com.velmora.device_id", u"ABC"}, {u"gr\u00f6\u00dfe/1.5", u"klein"}};
 
     EXPECT_EQ(userDefaults::string("com.velmora.device_id"), "ABC");
@@ -29,21 +29,21 @@ TEST_F(UserDefaults, HaveNoTextForAValueThatIsNoString) {
     }
 }
 
-TEST_F(UserDefaults, HaveAStringStoredWhenTheSetReturns) {
+TEST_F(UserDefaults, StoreAStringBeforeTheSetReturns) {
     userDefaults::setString("com.velmora.device_id", "gr\xc3\xbc\xc3\x9f \xf0\x9f\x96\xa5");
 
     EXPECT_EQ(userDefaults::string("com.velmora.device_id"), "gr\xc3\xbc\xc3\x9f \xf0\x9f\x96\xa5");
     EXPECT_EQ(mac().storedPreferences, (Values{{u"com.velmora.device_id", u"gr\u00fc\u00df \U0001f5a5"}}));
 }
 
-TEST_F(UserDefaults, KeepAnEmptyStringApartFromNone) {
+TEST_F(UserDefaults, DistinguishAnEmptyStringFromNone) {
     userDefaults::setString("key", "");
 
     EXPECT_EQ(userDefaults::string("key"), "");
     EXPECT_EQ(mac().storedPreferences, (Values{{u"key", u""}}));
 }
 
-TEST_F(UserDefaults, ReplaceWhatWasThere) {
+TEST_F(UserDefaults, ReplaceTheOldValue) {
     mac().preferences = {{u"key", Array{}}};
 
     userDefaults::setString("key", "first");
@@ -52,7 +52,7 @@ TEST_F(UserDefaults, ReplaceWhatWasThere) {
     EXPECT_EQ(mac().storedPreferences, (Values{{u"key", u"second"}}));
 }
 
-TEST_F(UserDefaults, HaveABooleanStoredAsSuchWhenTheSetReturns) {
+TEST_F(UserDefaults, StoreABooleanBeforeTheSetReturns) {
     userDefaults::setBool("installed", true);
     userDefaults::setBool("updated", false);
 

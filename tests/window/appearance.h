@@ -1,4 +1,4 @@
-// Light and dark, as a desktop has them.
+// Switches between a desktop's light and dark appearance.
 #pragma once
 
 #include <QFont>
@@ -10,7 +10,7 @@ enum class Appearance { light, dark };
 
 [[nodiscard]] QPalette paletteOf(Appearance appearance);
 
-// One that every machine draws alike, without its desktop's taste in drawing it.
+// The font that every machine draws in the same way, without the desktop's settings.
 [[nodiscard]] QFont fixedFont(int pixels = 13);
 
 }  // namespace window_test

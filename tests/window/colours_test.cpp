@@ -1,4 +1,4 @@
-// How well the colours of the window can be told apart, and the one that no picture shows.
+// Contrasts of the window's colours, and the colour of a pressed button, which no picture shows.
 #include <QApplication>
 #include <QImage>
 #include <QLabel>
@@ -29,7 +29,7 @@ double luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-// As the web's accessibility guidelines count it, from 1 to 21.
+// The ratio by the web's accessibility guidelines, from 1 to 21.
 double contrast(const QColor& one, const QColor& other) {
     const double lighter = std::max(luminance(one), luminance(other));
     const double darker = std::min(luminance(one), luminance(other));
@@ -65,7 +65,7 @@ TEST_P(WindowColours, AButtonHeldDownIsDarkerAtOnce) {
     }
 }
 
-// Each row of the table that docs/accessibility.md shows.
+// The rows of the table in docs/accessibility.md.
 TEST_P(WindowColours, TextsHaveEnoughContrast) {
     const QColor primary = named(Color::primary);
     const QColor secondary = named(Color::secondary);

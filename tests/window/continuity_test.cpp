@@ -1,4 +1,4 @@
-// What stays as it is while the window changes around it.
+// What stays the same while other parts of the window change.
 #include <QInputMethodEvent>
 #include <QScrollBar>
 #include <QTest>
@@ -12,7 +12,7 @@ using StatusType = ContentView::StatusType;
 
 class WindowContinuity : public ShownWindow {
   protected:
-    // Brings every state into the window once and back.
+    // Shows every state of the window once, and returns to the first.
     void walkThroughTheStates() {
         button("Detect Hardware")->click();
         finishWork();
@@ -97,7 +97,7 @@ TEST_F(WindowContinuity, AnotherRecordChangesTextsAndNoWidgets) {
     EXPECT_EQ(label("two"), value);
 }
 
-TEST_F(WindowContinuity, TheBannerMovesWhatIsBelowItAndNothingElse) {
+TEST_F(WindowContinuity, TheBannerMovesOnlyWhatIsBelowIt) {
     const QRect title = placeOf(label("🔍 Hardware Detector"));
     const QRect subtitle = placeOf(label("Detect your PC hardware for Velmora"));
     const QRect address = placeOf(field());
@@ -115,7 +115,7 @@ TEST_F(WindowContinuity, TheBannerMovesWhatIsBelowItAndNothingElse) {
     EXPECT_EQ(placeOf(button("Detect Hardware")), detect);
 }
 
-TEST_F(WindowContinuity, TheBannerComingAndGoingLeavesNoWidgetBehind) {
+TEST_F(WindowContinuity, ABannerThatAppearsAndDisappearsLeavesNoWidget) {
     const QList<QWidget*> before = window_.findChildren<QWidget*>();
     for (int round = 0; round < 100; ++round) {
         banner(StatusType::error, "message");
@@ -124,7 +124,7 @@ TEST_F(WindowContinuity, TheBannerComingAndGoingLeavesNoWidgetBehind) {
     EXPECT_EQ(window_.findChildren<QWidget*>(), before);
 }
 
-TEST_F(WindowContinuity, TheFocusComesBackToTheDetectButtonAfterItsWork) {
+TEST_F(WindowContinuity, TheFocusReturnsToTheDetectButtonAfterADetection) {
     button("Detect Hardware")->setFocus();
     QTest::keyClick(button("Detect Hardware"), Qt::Key_Space);
     settle();
@@ -133,7 +133,7 @@ TEST_F(WindowContinuity, TheFocusComesBackToTheDetectButtonAfterItsWork) {
     EXPECT_TRUE(button("Detect Hardware")->hasFocus());
 }
 
-TEST_F(WindowContinuity, TheFocusStaysWhereThePersonMovedItDuringTheWork) {
+TEST_F(WindowContinuity, TheFocusStaysWhereItWasMovedDuringADetection) {
     button("Detect Hardware")->setFocus();
     QTest::keyClick(button("Detect Hardware"), Qt::Key_Space);
     settle();
@@ -142,7 +142,7 @@ TEST_F(WindowContinuity, TheFocusStaysWhereThePersonMovedItDuringTheWork) {
     EXPECT_TRUE(field()->hasFocus());
 }
 
-TEST_F(WindowContinuity, TheListKeepsItsPlaceWhenTheAddressChanges) {
+TEST_F(WindowContinuity, TheListKeepsItsScrollPositionWhenTheAddressChanges) {
     show(recordOfLength(1'000));
     list()->verticalScrollBar()->setValue(50);
     field()->setText("http://other.example");

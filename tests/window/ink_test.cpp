@@ -1,4 +1,4 @@
-// What is drawn where, as far as the pictures do not show it.
+// Drawing that the pictures don't show.
 #include <QApplication>
 #include <QImage>
 #include <QLabel>
@@ -19,7 +19,7 @@ class WindowInk : public ScenicWindow {
         return window_.grab().toImage();
     }
 
-    // What inside `area` differs from the colour at its corner; empty when nothing does.
+    // The part of `area` that differs from the colour at its corner; empty if none does.
     QRect inkIn(const QRect& area) {
         const QImage image = picture();
         const QRgb ground = image.pixel(area.topLeft());
@@ -39,10 +39,10 @@ class WindowInk : public ScenicWindow {
     }
 };
 
-TEST(TextInk, IsBrokenAtTheWidthThatTheTextIsDrawnIn) {
+TEST(TextInk, IsWrappedAtTheDrawnWidth) {
     platform::TextLabel text(nullptr);
     text.setContent({.text = "WWWWWWWW WWWWWWWW"}, platform::Color::primary);
-    text.resize(text.sizeHint().width() * 2 / 3, 2 * text.sizeHint().height());  // Nobody asks how high that has to be.
+    text.resize(text.sizeHint().width() * 2 / 3, 2 * text.sizeHint().height());  // Without asking for the height.
     const QImage image = text.grab().toImage();
     const QRgb ground = image.pixel(0, 0);
     bool second = false;
@@ -59,14 +59,14 @@ TEST_F(WindowInk, TheSpinnerTurns) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return window_.grab().toImage().copy(place) != before; }, 30'000));
 }
 
-// The blink time is the whole application's: a field that changed it would change every later window's caret.
+// The blink time belongs to the application, so a field that changes it would change the caret of every later window.
 TEST_F(WindowInk, TheFieldLeavesTheApplicationsCaretBlinking) {
     const QStyleHints& hints = *QGuiApplication::styleHints();
     const int flashTime = hints.cursorFlashTime();
     ASSERT_GT(flashTime, 0);
     field()->setFocus();
     QTest::keyClick(field(), Qt::Key_X);
-    // Whatever timer the field may have started runs out now.
+    // Lets any timer of the field run out.
     for (int timer = 1; timer < 1000; ++timer) {
         QTimerEvent runsOut(timer);
         QCoreApplication::sendEvent(field(), &runsOut);
@@ -74,7 +74,7 @@ TEST_F(WindowInk, TheFieldLeavesTheApplicationsCaretBlinking) {
     EXPECT_EQ(hints.cursorFlashTime(), flashTime);
 }
 
-// The first strong character decides: lines then begin at the right, and a short last one ends before the left edge.
+// The first strong character decides. Lines then begin at the right, and a short last line ends before the left edge.
 TEST_F(WindowInk, AValueInARightToLeftScriptBeginsAtTheRight) {
     QString words;
     for (int word = 0; word < 14; ++word) words += QStringLiteral("מעבד ");
@@ -111,7 +111,7 @@ TEST_F(WindowInk, TheFocusIsVisibleInLightAndDark) {
 
 class WindowInkAtTextSize : public WindowInk, public testing::WithParamInterface<int> {};
 
-TEST_P(WindowInkAtTextSize, TextsGrowWithTheSystemsFontAndNothingIsLost) {
+TEST_P(WindowInkAtTextSize, TextsGrowWithTheSystemsFontAndStayVisible) {
     bringAbout("detected");
     const int usual = label("Website URL:")->height();
     QApplication::setFont(fixedFont(GetParam()));

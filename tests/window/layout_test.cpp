@@ -1,4 +1,4 @@
-// Where everything stands in the window. Points are pixels here: the screen's scale is 1.
+// Positions and sizes in the window. A point is a pixel, since the screen's scale is 1.
 #include <QLabel>
 #include <QScrollBar>
 #include <QTest>
@@ -15,7 +15,7 @@ constexpr QRect wholeWindow(0, 0, 600, 500);
 
 using WindowLayout = ShownWindow;
 
-TEST_F(WindowLayout, IsSixHundredByFiveHundredWithoutTitleBarInEveryState) {
+TEST_F(WindowLayout, Is600By500WithoutTitleBarInEveryState) {
     EXPECT_TRUE(window_.windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_EQ(window_.size(), QSize(600, 500));
 
@@ -73,7 +73,7 @@ TEST_F(WindowLayout, CentresTheHeaderAndTheBannersContent) {
     EXPECT_NEAR(content.left() + content.right() + 1, 600, 2);
 }
 
-TEST_F(WindowLayout, TheBannerSpansTheWidthWhateverTheLengthOfItsText) {
+TEST_F(WindowLayout, TheBannerSpansTheWidthWithAnyText) {
     for (const std::size_t length : {1U, 100U, 1'000U}) {
         const std::string message(length, 'm');
         banner(StatusType::error, message);
@@ -81,7 +81,7 @@ TEST_F(WindowLayout, TheBannerSpansTheWidthWhateverTheLengthOfItsText) {
     }
 }
 
-TEST_F(WindowLayout, ButtonsAreWholeInsideTheWindowWhateverIsShown) {
+TEST_F(WindowLayout, ButtonsAreWhollyInsideTheWindowInEveryState) {
     for (const std::size_t length : {1U, 60U, 1'000U, 10'000U}) {
         show(recordOfLength(length));
         for (const std::size_t bannerLength : {0U, 10U, 200U}) {
@@ -105,7 +105,7 @@ TEST_F(WindowLayout, ABusyButtonIsAsHighAsAnIdleOne) {
     EXPECT_EQ(placeOf(button("Detecting...")).height(), idle);
 }
 
-TEST_F(WindowLayout, TheListIsAtMostTwoHundredHighAndScrolls) {
+TEST_F(WindowLayout, TheListIsAtMost200HighAndScrolls) {
     show(record("first\nsecond"));
     EXPECT_LE(list()->height(), 200);
 
@@ -116,7 +116,7 @@ TEST_F(WindowLayout, TheListIsAtMostTwoHundredHighAndScrolls) {
     EXPECT_EQ(list()->widget()->width(), list()->viewport()->width());
 }
 
-TEST_F(WindowLayout, TheListIsTwoHundredHighWhereThereIsRoomForMore) {
+TEST_F(WindowLayout, TheListIs200HighIfThereIsRoom) {
     window_.setFixedHeight(900);
     show(recordOfLength(1'000));
     EXPECT_EQ(list()->height(), 200);
@@ -141,7 +141,7 @@ TEST_F(WindowLayout, TheLastRowCanBeScrolledIntoView) {
     EXPECT_EQ(placeOf(content).bottom(), area.bottom());
 }
 
-TEST_F(WindowLayout, TheLabelColumnStaysOneHundredAndTwentyWideHoweverLongAValueIs) {
+TEST_F(WindowLayout, TheLabelColumnIs120WideWithAnyValue) {
     for (const std::size_t length : {1U, 100U, 10'000U}) {
         show(recordOfLength(length));
         for (const char* name : {"OS:", "Processor:", "Graphics Card:", "RAM:", "Storage:"}) {
@@ -171,7 +171,7 @@ TEST_F(WindowLayout, RowsAreTwelvePointsApart) {
     EXPECT_EQ(os.top() - placeOf(label("Detected Hardware:")).bottom() - 1, 12);
 }
 
-TEST_F(WindowLayout, TextsAreShownAsTheyStand) {
+TEST_F(WindowLayout, TextsAreShownUnchanged) {
     const std::string odd = "<b>bold</b> &amp; &Detect <img src='x'> %1 \\n";
     show(record(odd));
     banner(StatusType::error, odd + "!");
@@ -188,7 +188,8 @@ TEST_F(WindowLayout, ALongValueIsReadableToItsEnd) {
     EXPECT_GE(shown->height(), shown->heightForWidth(shown->width()));
 }
 
-TEST_F(WindowLayout, AWordOfAMegabyteWrapsToo) {
+// The toolkit's own wrapping of such a word would take minutes.
+TEST_F(WindowLayout, AWordOfAMegabyteWraps) {
     const std::string value(1'000'000, 'W');
     show(record(value));
     EXPECT_GT(label(value)->height(), 100'000);

@@ -1,4 +1,4 @@
-// The entry point of window tests: an application without a screen, that looks the same on every machine.
+// The entry point of window tests: an application without a screen that looks the same on every machine.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -9,7 +9,7 @@
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir runtimeFolder;  // Whose absence, as for root, the toolkit would complain of.
+    const QTemporaryDir runtimeFolder;  // Without one, as for root, the toolkit prints a warning.
     qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toUtf8());
     testing::InitGoogleTest(&argc, argv);
     QApplication toolkit(argc, argv);

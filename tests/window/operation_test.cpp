@@ -100,7 +100,7 @@ TEST_F(WindowOperation, APressRightAfterTheKeyThatFillsTheAddressSends) {
 }
 
 // Invisible, and often pasted along.
-TEST_F(WindowOperation, AByteOrderMarkInFrontOfTheAddressStays) {
+TEST_F(WindowOperation, AByteOrderMarkBeforeTheAddressStays) {
     field()->clear();
     field()->insert(QChar(0xFEFF) + QStringLiteral("http://h"));
     settle();
@@ -174,7 +174,7 @@ class OverlayScrollBars : public QProxyStyle {
     }
 };
 
-TEST_F(WindowOperation, TheListKeepsAScrollBarOfThePlatformThatLiesOverTheContent) {
+TEST_F(WindowOperation, TheListUsesThePlatformsOverlayScrollBar) {
     const auto slimBars = [this] {
         const QList<QWidget*> parts = list()->findChildren<QWidget*>();
         return std::count_if(parts.begin(), parts.end(),
@@ -320,7 +320,7 @@ TEST_F(WindowOperation, TheFieldShowsAnAddressThatTheProgramSets) {
     EXPECT_EQ(field()->text().toStdString(), "http://set.example/ü");
 }
 
-TEST_F(WindowOperation, TheFieldTakesTheKeysOfTextEditing) {
+TEST_F(WindowOperation, TheFieldSupportsEditingKeys) {
     field()->setFocus();
     field()->setText("http://one.example");
     QTest::keyClick(field(), Qt::Key_Home);

@@ -1,4 +1,4 @@
-// The window against pictures of it: scripts/renew-pictures makes them anew.
+// Compares the window with its pictures, which scripts/renew-pictures draws again.
 #include <QApplication>
 #include <QFile>
 #include <QImage>
@@ -13,7 +13,7 @@
 namespace window_test {
 namespace {
 
-// Of a colour's 256 levels. The faintest difference that matters, a banner's tint against the window, has ten.
+// Of a colour's 256 levels. The faintest relevant difference, between a banner's tint and the window, is ten.
 constexpr int unseen = 6;
 constexpr int strayPixels = 12;  // At scale 1.
 
@@ -75,7 +75,7 @@ class WindowPictures : public ScenicWindow {
 
 class WindowPicturesOf : public WindowPictures, public testing::WithParamInterface<std::string> {};
 
-// The desktop turns dark while the window is open.
+// The desktop changes to dark while the window is open.
 TEST_P(WindowPicturesOf, AreTheSameInLightAndDark) {
     bringAbout(GetParam());
     for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
@@ -93,7 +93,7 @@ std::string nameOf(const testing::TestParamInfo<std::string>& scene) { return sc
 
 INSTANTIATE_TEST_SUITE_P(States, WindowPicturesOf, testing::ValuesIn(ScenicWindow::scenes()), nameOf);
 
-// These prove that the comparison notices small mistakes.
+// These show that the comparison notices small mistakes.
 
 TEST_F(WindowPictures, ShowAWrongWeight) {
     bringAbout("detected");

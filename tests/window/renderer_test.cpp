@@ -1,4 +1,4 @@
-// What the renderer makes of descriptions that the main view does not use.
+// Renders descriptions that the main view does not use.
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -12,7 +12,7 @@ using namespace platform;
 
 namespace {
 
-// A window that shows whatever description the test gives it.
+// A window that shows the description that the test gives it.
 class Renderer : public testing::Test {
   protected:
     void show(View view) {
@@ -33,7 +33,7 @@ class Renderer : public testing::Test {
         }
     }
 
-    // Where the label stands in the window; an invalid rectangle when there is none, or more than one.
+    // The label's place in the window; an invalid rectangle if there is not exactly one.
     [[nodiscard]] QRect place(const QString& text) const {
         QRect found;
         for (const QLabel* label : window_->findChildren<QLabel*>()) {
@@ -44,7 +44,7 @@ class Renderer : public testing::Test {
         return found;
     }
 
-    // Where something of that colour is to be seen.
+    // The bounding rectangle of all pixels of that colour.
     [[nodiscard]] QRect coloured(const QColor& colour) const {
         const QImage picture = window_->grab().toImage();
         QRect found;
@@ -74,7 +74,7 @@ View column(Alignment alignment, int spacing, const std::vector<std::string>& te
 
 View centred(View view) { return vstack(Alignment::center, 0, {std::move(view), spacer()}); }
 
-TEST_F(Renderer, WhatStretchesInARowGetsWhatTheOthersLeave) {
+TEST_F(Renderer, AStretchingElementGetsTheRestOfItsRow) {
     show(centred(hstack({text("short").stretch(Alignment::leading), text("other")})));
     EXPECT_EQ(place("short").left(), 0);
     EXPECT_EQ(place("other").right(), 599);
@@ -200,7 +200,7 @@ TEST_F(Renderer, AFrameInsideOfAnotherIsPlacedInIt) {
     EXPECT_EQ(place("behind").left(), 150 + defaultSpacing);
 }
 
-TEST_F(Renderer, ABackgroundFillsWhatStandsBeforeItAndNothingElse) {
+TEST_F(Renderer, ABackgroundFillsOnlyTheModifiersBeforeIt) {
     show(centred(text("").frame(100, Alignment::leading).padding(Edges::horizontal, 10).background(Color::red)));
     EXPECT_EQ(coloured(red()).width(), 120);
     show(centred(text("").frame(100, Alignment::leading).background(Color::red).padding(Edges::horizontal, 10)));
@@ -213,7 +213,7 @@ TEST_F(Renderer, ABackgroundFillsWhatStandsBeforeItAndNothingElse) {
     EXPECT_EQ(coloured(red()).width(), 100);
 }
 
-TEST_F(Renderer, CornersRoundWhatStandsBeforeThem) {
+TEST_F(Renderer, CornersRoundTheModifiersBeforeThem) {
     const auto square = [] { return text("").frame(100, Alignment::leading).padding(Edges::all, 20); };
     show(centred(square().background(Color::red)));
     const QRect place = coloured(red());

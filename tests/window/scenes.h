@@ -1,4 +1,4 @@
-// The window's states, each brought about as a person would.
+// The window's states, each reached by a person's actions.
 #pragma once
 
 #include <string>

@@ -41,7 +41,7 @@ TEST_F(WindowForScreenReaders, ButtonsFieldAndTextsAreFoundPressedAndRead) {
     EXPECT_EQ(value->text(QAccessible::Name), "16 GB DDR4");
 }
 
-TEST_F(WindowForScreenReaders, ABusyButtonSaysSo) {
+TEST_F(WindowForScreenReaders, ABusyButtonHasTheBusyState) {
     QAccessibleInterface* detect = accessible(button("Detect Hardware"));
     EXPECT_FALSE(detect->state().busy);
     button("Detect Hardware")->click();
@@ -53,7 +53,7 @@ TEST_F(WindowForScreenReaders, ABusyButtonSaysSo) {
     EXPECT_FALSE(detect->state().busy);
 }
 
-TEST_F(WindowForScreenReaders, ABannerIsANotificationCalledByItsWords) {
+TEST_F(WindowForScreenReaders, ABannerIsANotificationNamedByItsMessage) {
     banner(StatusType::info, "Sending hardware data...");
     QAccessibleInterface* shown = accessible(label("Sending hardware data...")->parentWidget());
     EXPECT_EQ(shown->role(), QAccessible::Notification);
@@ -73,7 +73,7 @@ TEST_F(WindowForScreenReaders, ARowReadsAsOne) {
     }
 }
 
-TEST_F(WindowForScreenReaders, SymbolsAndSpinnersHaveNoWords) {
+TEST_F(WindowForScreenReaders, SymbolsAndSpinnersHaveNoName) {
     banner(StatusType::error, "message");
     button("Detect Hardware")->click();
     settle();
@@ -92,7 +92,7 @@ TEST_F(WindowForScreenReaders, TheFieldIsLabelledByItsCaption) {
     EXPECT_TRUE(accessible(field())->state().editable);
 }
 
-TEST_F(WindowForScreenReaders, TheListIsAPaneCalledByItsCaptionWithNothingButItsContent) {
+TEST_F(WindowForScreenReaders, TheListIsAPaneNamedByItsCaptionWithOnlyItsContent) {
     show(recordOfLength(1'000));
     QAccessibleInterface* area = accessible(list());
     EXPECT_EQ(area->role(), QAccessible::Pane);
@@ -127,7 +127,7 @@ TEST_F(WindowForScreenReaders, EveryElementHasARoleANameAndAState) {
     }
 }
 
-TEST_F(WindowForScreenReaders, EveryTextIsInTheTreeUnderItsWords) {
+TEST_F(WindowForScreenReaders, EveryTextIsInTheTree) {
     show(record());
     banner(StatusType::success, "Hardware detected successfully!");
     std::vector<std::string> names;

@@ -10,7 +10,7 @@ namespace window_test {
 
 namespace {
 
-// The fakes start afresh before the window that uses them.
+// Resets the fakes before the window uses them.
 ContentView freshView() {
     fakes::reset();
     return {};
@@ -43,7 +43,7 @@ ShownWindow::ShownWindow() : view_(freshView()), window_(sceneOf(view_)) {
 }
 
 void ShownWindow::settle() {
-    // Each round may post the next: a change, its rendering, the layout, the painting.
+    // Each round may post the next one: a change, its rendering, the layout, the painting.
     for (int round = 0; round < 10; ++round) {
         QCoreApplication::sendPostedEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -1,4 +1,4 @@
-// The main view in a real window, with fakes behind it.
+// The main view in a real window, with fakes of the services.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,32 +19,32 @@ namespace window_test {
 
 [[nodiscard]] HardwareInfo record(const std::string& processor = "Apple M1 Pro");
 
-// The application's window, with this view in it.
+// The application's window with this view.
 [[nodiscard]] platform::WindowDescription sceneOf(const ContentView& view);
 
-// A record whose every text is that long.
+// A record in which every text is that long.
 [[nodiscard]] HardwareInfo recordOfLength(std::size_t length);
 
-// A window of its own for each test, shown and painted, its on-appear hook done.
+// Each test gets a new window, shown and painted, whose on-appear hook has run.
 class ShownWindow : public testing::Test {
   protected:
     ShownWindow();
 
-    // Carries out everything that is due: the next frame, and what is posted to it.
+    // Handles all pending events, including the next frame.
     static void settle();
 
-    // Null while there is none.
+    // Null if there is none.
     [[nodiscard]] QWidget* label(const std::string& text) const;
     [[nodiscard]] QAbstractButton* button(const std::string& text) const;
     [[nodiscard]] QLineEdit* field() const;
     [[nodiscard]] QScrollArea* list() const;
-    // The nearest widget around both that has the banner's look: the parent of message and symbol and all around them.
+    // The banner: the nearest box around the message; null if it is not shown.
     [[nodiscard]] QWidget* bannerAround(const std::string& message) const;
 
-    // Where a widget stands in the window.
+    // A widget's place in the window.
     [[nodiscard]] QRect placeOf(const QWidget* widget) const;
 
-    // What the background and main queues hold, and then the next frame.
+    // Runs the work in the background and main queues, then the next frame.
     static void finishWork();
 
     void show(const HardwareInfo& hardware);

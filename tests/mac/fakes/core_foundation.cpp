@@ -1,4 +1,4 @@
-// CoreFoundation: references, texts, booleans.
+// Fakes of CoreFoundation's references, strings and booleans.
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ const CFBooleanRef kCFBooleanFalse = referenceTo<CFBooleanRef>(newConstant(boole
 
 namespace {
 
-// They go with their container.
+// Destroys the entries together with their container.
 void loseEntries(const Object& container) {
     for (const auto& [key, entry] : container.entries) {
         entry->references = 0;
@@ -66,7 +66,7 @@ CFIndex CFStringGetLength(CFStringRef text) {
 
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {
     expectUtf8(encoding, "CFStringGetMaximumSizeForEncoding");
-    return 3 * length;  // A unit of UTF-16 is at most three bytes in UTF-8; a pair is four.
+    return 3 * length;  // A unit of UTF-16 takes at most three bytes in UTF-8; a pair takes four.
 }
 
 CFIndex CFStringGetBytes(CFStringRef text, CFRange range, CFStringEncoding encoding, UInt8 lossByte,

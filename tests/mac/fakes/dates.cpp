@@ -1,4 +1,4 @@
-// CoreFoundation: the moment, the locale, and dates in text.
+// Fakes of CoreFoundation's clock, locales and date formatters.
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <sstream>

@@ -1,4 +1,4 @@
-// IOKit: services and their properties.
+// Fakes of IOKit's services and properties.
 #include <IOKit/IOKitLib.h>
 
 #include "tests/mac/fakes/objects.h"
@@ -19,7 +19,7 @@ io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef m
     record("IOServiceGetMatchingService", matching == nullptr ? "null" : "dictionary");
     if (matching != nullptr) {
         Object* known = livingObject(matching, dictionary, "IOServiceGetMatchingService");
-        if (known != nullptr) --known->references;  // It takes over the caller's reference.
+        if (known != nullptr) --known->references;  // The function consumes the caller's reference.
     }
     if (!mac().hasPlatformExpert) return IO_OBJECT_NULL;
     const auto handle = static_cast<io_service_t>(0x1003 + heap().services.size());

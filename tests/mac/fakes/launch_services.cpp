@@ -1,4 +1,4 @@
-// URLs, and Launch Services, which open them.
+// Fakes of URLs and of Launch Services, which open them.
 #include <CoreServices/CoreServices.h>
 
 #include "tests/mac/fakes/objects.h"

@@ -1,4 +1,4 @@
-// The objects of the system's frameworks, as the fakes make them: each knows its kind, its origin and its references.
+// The objects of the fake frameworks: each has a kind, an origin and a count of references.
 #pragma once
 
 #include <memory>
@@ -30,7 +30,7 @@ struct Service {
     int references = 1;
 };
 
-// Released objects stay until the test ends, so that whoever still uses one is told so instead of crashing.
+// Released objects stay until the test ends, so that using one fails instead of crashing.
 struct Heap {
     std::vector<std::unique_ptr<Object>> objects;
     std::map<io_object_t, Service> services;
@@ -45,10 +45,10 @@ Reference referenceTo(Object& object) {
 
 Object& newObject(Kind kind, const Value& value, const std::string& origin);
 
-// One that lives as long as the process, like its model.
+// A constant that lives as long as the process.
 Object& newConstant(Kind kind, const Value& value, const std::string& origin);
 
-// The object that `reference` names, if it may be used; else null, and the test has failed.
+// The object for `reference`. If it must not be used, the test fails and the result is null.
 Object* livingObject(CFTypeRef reference, const std::string& function);
 Object* livingObject(CFTypeRef reference, Kind kind, const std::string& function);
 

@@ -1,4 +1,4 @@
-// CoreFoundation: the stored preferences.
+// Fakes of CoreFoundation's preferences.
 #include <CoreFoundation/CoreFoundation.h>
 
 #include "tests/mac/fakes/objects.h"

@@ -1,4 +1,4 @@
-// CFNetwork's proxies, and the containers that they come in.
+// Fakes of CFNetwork's proxies and their containers.
 #include <CFNetwork/CFNetwork.h>
 
 #include "tests/mac/fakes/objects.h"
@@ -10,7 +10,7 @@ namespace {
 
 CFStringRef constant(const char16_t* text) { return referenceTo<CFStringRef>(newConstant(string, text, "CFNetwork")); }
 
-// It belongs to its container, so a release of it fails, and it goes with the container.
+// The object belongs to its container: releasing it fails, and it is removed with the container.
 Object& newEntry(Kind kind, const Value& value) {
     Object& entry = newObject(kind, value, "a container");
     entry.isConstant = true;

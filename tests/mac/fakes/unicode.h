@@ -1,4 +1,4 @@
-// What the system does between UTF-16, in which it counts texts, and UTF-8.
+// Conversions between UTF-16 and UTF-8 like the system's.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ struct Character {
 // Half a surrogate pair becomes a question mark.
 [[nodiscard]] std::string utf8(std::u16string_view text);
 
-// Absent when the bytes are no UTF-8.
+// Absent if the bytes are no valid UTF-8.
 [[nodiscard]] std::optional<std::u16string> utf16(std::string_view bytes);
 
 }  // namespace recordingFakes

@@ -1,4 +1,4 @@
-// As in the SDK the function has no arguments, so that nobody calls it without the method's own.
+// Declared without arguments, like in the SDK, so that each call must cast it to the method's type.
 #pragma once
 
 #include <objc/runtime.h>
