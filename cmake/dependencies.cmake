@@ -1,5 +1,5 @@
-# find_or_note(<list> <what it is called for people> <package> <find_package's other arguments>...) looks for a package and
-# appends what it is called to the list when this machine has none, so that all that is missing is told at once.
+# find_or_note(<list> <name for people> <package> <find_package's other arguments>...) looks for a package and, if it is
+# missing, appends its name to the list, so that one message names all missing packages.
 macro(find_or_note missing description package)
     find_package(${package} ${ARGN} QUIET)
     if(NOT ${package}_FOUND)
@@ -7,7 +7,7 @@ macro(find_or_note missing description package)
     endif()
 endmacro()
 
-# The same for a library that only pkg-config knows; it becomes the target PkgConfig::<prefix>.
+# The same for a library that only pkg-config knows; defines the target PkgConfig::<prefix>.
 macro(find_module_or_note missing description prefix)
     if(PkgConfig_FOUND)
         pkg_check_modules(${prefix} QUIET IMPORTED_TARGET ${ARGN})
@@ -34,7 +34,7 @@ if(missing_of_program)
         "Install the development files of each.")
 endif()
 
-# Without BUILD_TESTING, tests are built if everything that they need is installed.
+# If BUILD_TESTING is not set, tests are built if everything that they need is installed.
 if(NOT DEFINED BUILD_TESTING OR BUILD_TESTING)
     set(missing_of_tests "")
     find_or_note(missing_of_tests "GoogleTest" GTest)
@@ -43,7 +43,7 @@ if(NOT DEFINED BUILD_TESTING OR BUILD_TESTING)
     if(NOT httplib_FOUND OR NOT APPLE)
         find_or_note(missing_of_tests "pkg-config" PkgConfig)
     endif()
-    # cpp-httplib has a package of CMake's where CMake built it, and one of pkg-config's where Meson did.
+    # cpp-httplib has a CMake package if CMake built it, and a pkg-config file if Meson did.
     if(httplib_FOUND)
         add_library(cpp-httplib ALIAS httplib::httplib)
     else()

@@ -1,5 +1,4 @@
-# The program reads what commands print and websites answer, so that an overlooked mistake stops it instead of being of
-# use to somebody.
+# The program reads input from commands and websites, so a mistake must end the program instead of being exploitable.
 if(NOT HARDWARE_DETECTOR_SANITIZER)
     add_compile_options(-fstack-protector-strong $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
 endif()

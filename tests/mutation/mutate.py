@@ -1,4 +1,4 @@
-"""Seeds one small mistake at a time into a copy of the product and looks whether a test notices: scripts/mutate."""
+"""Seeds one small mistake at a time into a copy of the product and checks whether a test notices: scripts/mutate."""
 
 import argparse
 import hashlib
@@ -16,7 +16,7 @@ from pathlib import Path
 from mutations import mutations
 
 PRODUCT = ["app", "hardware", "submit", "tracking", "platform"]
-# The folders of tests, the fastest first. The one nearest to the mistake goes before all others.
+# The folders of tests, the fastest first. The folder nearest to the mistake is tried before all others.
 TESTS = ["hardware", "submit", "tracking", "app", "mac", "window", "contract", "end_to_end"]
 NEAREST = {"platform/qt/window": "window", "platform/qt/window/widgets": "window", "platform/mac": "mac", "platform": "contract"}
 # A test that takes minutes, and repetitions beyond the first.
@@ -30,7 +30,7 @@ def copy_where_different(source, target):
 
 
 def draw(root, count, seed):
-    """`count` mistakes, one from each folder in turn while it has any left."""
+    """Draws `count` mistakes, one from each folder in turn."""
     randomness = random.Random(seed)
     folders = defaultdict(list)
     for path in sorted(path for top in PRODUCT for path in (root / top).rglob("*") if path.suffix in (".cpp", ".h")):
@@ -44,8 +44,8 @@ def draw(root, count, seed):
 
 
 def run(command, seconds, **environment):
-    """Whether the command succeeded in that time, and what it printed. Its children end with it."""
-    # A mistake may well ask for a log or a list without end.
+    """Runs a command and its children for at most that time. Returns whether it succeeded, and its output."""
+    # A mistake may cause an endless log or list.
     process = subprocess.Popen(["prlimit", f"--fsize={2**30}", f"--as={2**34}", *command], env=os.environ | environment,
                                text=True, errors="replace", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, start_new_session=True)
@@ -55,7 +55,7 @@ def run(command, seconds, **environment):
     except subprocess.TimeoutExpired:
         return False, f"*** no end after {seconds} seconds"
     finally:
-        # By session: ninja and ctest give their children process groups of their own.
+        # By session, since ninja and ctest put their children into other process groups.
         subprocess.run(["pkill", "-KILL", "--session", str(process.pid)], check=False)
 
 
@@ -64,16 +64,16 @@ def first_line_with(word, output):
 
 
 class Workshop:
-    """A copy of the tree, with a build of its own and a home for what runs in it."""
+    """A copy of the tree, with its own build and home folder."""
 
     def __init__(self, sources, folder):
         self.tree, self.build, self.home = folder / "tree", folder / "build", folder / "home"
         self.ready, self.left_out = folder / "ready", LEFT_OUT
-        # The last run may have been stopped in the middle of a mistake.
+        # The last run may have been stopped while a mistake was seeded.
         shutil.copytree(sources, self.tree, dirs_exist_ok=True, copy_function=copy_where_different)
 
     def prepare(self):
-        """Builds everything, and leaves out from now on the tests that fail without a mistake."""
+        """Builds everything, and excludes the tests that fail without a mistake."""
         if not self.ready.exists():
             for command in [["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
                              "-DCMAKE_CXX_FLAGS_DEBUG=-O0"], ["cmake", "--build", self.build, "--parallel", "2"]]:
@@ -91,10 +91,10 @@ class Workshop:
                 if path.suffix == "" and path.is_file() and os.access(path, os.X_OK)}
 
     def _affected(self, tests):
-        """The numbers of the tests whose program, or a program that they start, is no longer what it was."""
+        """The numbers of the tests whose program, or a program that they start, has changed."""
         changed = {name for name, digest in self._programs(tests).items() if self.unchanged[tests].get(name) != digest}
         started = {name for name in changed if not name.endswith("_test")}
-        _, listed = self._test(tests, "--show-only=json-v1")  # They are numbered without those left out.
+        _, listed = self._test(tests, "--show-only=json-v1")  # Excluded tests have no number.
         programs = [os.path.basename(test["command"][0]) for test in json.loads(listed)["tests"]]
         return [str(number) for number, name in enumerate(programs, 1) if name in changed or any(
             name.startswith(program.removesuffix("child")) or not program.endswith("_child") for program in started)]
@@ -157,7 +157,7 @@ def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     folder = asked.root / "build/mutate"
     sources, kept = folder / "sources", folder / "results"
-    if not (folder / "build").exists():  # A run that goes on later goes on with the same sources.
+    if not (folder / "build").exists():  # A continued run uses the same sources.
         shutil.copytree(asked.root, sources, dirs_exist_ok=True, ignore=lambda at, names: {"build", ".git"} & set(names))
     drawn = {mistake.where: mistake for mistake in draw(sources, asked.mistakes, asked.seed)}
     results = dict(json.loads(line) for line in kept.read_text().splitlines()) if kept.exists() else {}

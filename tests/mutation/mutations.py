@@ -1,4 +1,4 @@
-"""The small mistakes that can be made in a C++ source that is formatted as those here are."""
+"""Finds the small mistakes that can be seeded into a C++ source in this project's format."""
 
 import re
 from collections import namedtuple
@@ -29,7 +29,7 @@ PLACES = [
 
 
 def mutations(path, source, random):
-    """Every mistake that there is room for; which letter of a text changes is drawn."""
+    """All possible mistakes; the letter that changes in a text is drawn at random."""
     found = []
     for match in NO_CODE.finditer(source):
         kind = match.lastgroup
