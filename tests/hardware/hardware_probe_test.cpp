@@ -44,7 +44,7 @@ TEST_F(HardwareProbe, RunsAllFiveCommandsInOrderOnAnAppleChip) {
               (std::vector<std::string>{brandString, hardwareOverview, memorySize, displaysOverview, diskUsage}));
 }
 
-TEST_F(HardwareProbe, StartsAfreshAtEachCall) {
+TEST_F(HardwareProbe, StartsAgainAtEachCall) {
     machine().commands[memorySize] = "17179869184\n";
     EXPECT_EQ(HardwareDetector::detect().ramGB, 16);
     machine().commands.clear();
@@ -70,8 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
     Table, Processor,
     testing::Values(ProcessorCase{"AnIntelBrandStringIsTrimmedAndKept", "Intel(R) Core(TM) i7\n", "Chip: Apple M1\n",
                                   "Intel(R) Core(TM) i7"},
-                    ProcessorCase{"AnAppleBrandStringGivesWayToTheChipLine", "Apple M1\n", "      Chip: Apple M1 Pro\n",
-                                  "Apple M1 Pro"},
+                    ProcessorCase{"AnAppleBrandStringIsReplacedByTheChipLine", "Apple M1\n",
+                                  "      Chip: Apple M1 Pro\n", "Apple M1 Pro"},
                     ProcessorCase{"AnAppleBrandStringStaysWithoutAChipLine", " Apple M1 \r\n", "Processor Name: x\n",
                                   "Apple M1"},
                     ProcessorCase{"AnAppleBrandStringStaysWithoutAnOverview", "Apple M1\n", std::nullopt, "Apple M1"},
@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ProcessorCase{"AnEmptyBrandStringStaysEmptyWithoutAChipLine", "\n", "nothing\n", ""},
                     ProcessorCase{"AnEmptyOutputCounts", "", std::nullopt, ""},
                     ProcessorCase{"LowerCaseAppleDoesNotAskForTheChip", "apple m1\n", "Chip: Apple M1\n", "apple m1"},
-                    ProcessorCase{"ABrandStringThatIsNotTextLeavesUnknown", "\xFF", "Chip: Apple M1\n", "Unknown"},
+                    ProcessorCase{"ABrandStringThatIsNotUtf8GivesUnknown", "\xFF", "Chip: Apple M1\n", "Unknown"},
                     ProcessorCase{"OnlyWhatFollowsTheLastColonIsKept", "Apple\n", "Chip: Apple: M1: Max\n", "Max"},
                     ProcessorCase{"TheLabelIsCaseSensitive", "Apple\n", "CHIP: Apple M1\n", "Apple"},
                     ProcessorCase{"ALabelAtTheLineEndTakesTheNextLineAndKeepsTheBreak", "Apple\n",
@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ProcessorCase{"TheMatchEndsBeforeACarriageReturn", "Apple\n", "Chip: Apple M1\r\nx\n", "Apple M1"},
                     ProcessorCase{"TheMatchEndsBeforeALineSeparator", "Apple\n", "Chip: Apple M1\u2028x\n", "Apple M1"},
                     ProcessorCase{"ANoBreakSpaceIsTrimmed", "Apple\n", "Chip:\u00A0Apple M1\u00A0\n", "Apple M1"},
-                    ProcessorCase{"AZeroWidthSpaceIsNot", "Apple\n", "Chip: Apple M1\u200B\n", "Apple M1\u200B"},
+                    ProcessorCase{"AZeroWidthSpaceIsNotTrimmed", "Apple\n", "Chip: Apple M1\u200B\n", "Apple M1\u200B"},
                     ProcessorCase{"OnlyWhiteSpaceAfterTheLabelGivesTheEmptyText", "Apple\n", "Chip: \n", ""},
                     ProcessorCase{"TheFirstChipLineCounts", "Apple\n", "Chip: one\nChip: two\n", "one"}),
     [](const auto& row) { return row.param.name; });
@@ -109,19 +109,18 @@ TEST_P(MemorySize, IsCountedInWholeGigabytes) {
 
 INSTANTIATE_TEST_SUITE_P(
     Table, MemorySize,
-    testing::Values(NumberCase{"EightGigabytes", "8589934592\n", 8}, NumberCase{"AByteLessIsSeven", "8589934591\n", 7},
-                    NumberCase{"SixteenGigabytes", "17179869184\n", 16},
-                    NumberCase{"AByteLessIsFifteen", "17179869183\n", 15},
-                    NumberCase{"NegativeIsCutTowardZero", "-1073741825\n", -1},
-                    NumberCase{"APlusSignIsTaken", "+8589934592", 8}, NumberCase{"ZeroIsZero", "0\n", 0},
-                    NumberCase{"BlanksAroundAreTrimmed", " \t17179869184\u2029\r\n", 16},
-                    NumberCase{"AFractionIsRefused", "8589934592.0\n", 8}, NumberCase{"AUnitIsRefused", "16 GB\n", 8},
-                    NumberCase{"GroupingIsRefused", "17,179,869,184\n", 8}, NumberCase{"NothingIsRefused", "\n", 8},
-                    NumberCase{"TwoSignsAreRefused", "+-17179869184\n", 8},
-                    NumberCase{"OverflowIsRefused", "9223372036854775808\n", 8},
-                    NumberCase{"TheLargestIsTaken", "9223372036854775807\n", 8589934591},
-                    NumberCase{"TheSmallestIsTaken", "-9223372036854775808\n", -8589934592},
-                    NumberCase{"BytesThatAreNoTextAreRefused", "\xFF", 8}),
+    testing::Values(
+        NumberCase{"EightGigabytes", "8589934592\n", 8}, NumberCase{"AByteLessIsSeven", "8589934591\n", 7},
+        NumberCase{"SixteenGigabytes", "17179869184\n", 16}, NumberCase{"AByteLessIsFifteen", "17179869183\n", 15},
+        NumberCase{"NegativeIsCutTowardZero", "-1073741825\n", -1}, NumberCase{"APlusSignIsAccepted", "+8589934592", 8},
+        NumberCase{"ZeroIsZero", "0\n", 0}, NumberCase{"BlanksAroundAreTrimmed", " \t17179869184\u2029\r\n", 16},
+        NumberCase{"AFractionIsRefused", "8589934592.0\n", 8}, NumberCase{"AUnitIsRefused", "16 GB\n", 8},
+        NumberCase{"GroupingIsRefused", "17,179,869,184\n", 8}, NumberCase{"AnEmptyOutputIsRefused", "\n", 8},
+        NumberCase{"TwoSignsAreRefused", "+-17179869184\n", 8},
+        NumberCase{"OverflowIsRefused", "9223372036854775808\n", 8},
+        NumberCase{"TheLargestIsAccepted", "9223372036854775807\n", 8589934591},
+        NumberCase{"TheSmallestIsAccepted", "-9223372036854775808\n", -8589934592},
+        NumberCase{"InvalidUtf8IsRefused", "\xFF", 8}),
     [](const auto& row) { return row.param.name; });
 
 struct TextCase {
@@ -144,8 +143,8 @@ INSTANTIATE_TEST_SUITE_P(
                     TextCase{"TheModelLineAlone", "Model: Radeon\n", "Radeon"},
                     TextCase{"TheFirstOfSeveral", "Chipset Model: Intel\nChipset Model: AMD\n", "Intel"},
                     TextCase{"OnlyWhatFollowsTheLastColon", "Chipset Model: a:b: c \n", "c"},
-                    TextCase{"NeitherLineLeavesUnknown", "Displays:\n", "Unknown"},
-                    TextCase{"AnEmptyOutputLeavesUnknown", "", "Unknown"}),
+                    TextCase{"NeitherLineGivesUnknown", "Displays:\n", "Unknown"},
+                    TextCase{"AnEmptyOutputGivesUnknown", "", "Unknown"}),
     [](const auto& row) { return row.param.name; });
 
 class Storage : public HardwareProbe, public testing::WithParamInterface<NumberCase> {};
@@ -155,22 +154,23 @@ TEST_P(Storage, IsTheSizeColumnOfTheLineBelowTheHeader) {
     EXPECT_EQ(HardwareDetector::detect().storageGB, GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, Storage,
-    testing::Values(NumberCase{"AWholeNumberOfG", "Filesystem Size\n/dev/disk1 500G 9G\n", 500},
-                    NumberCase{"AWholeNumberAlone", "h\n/dev/disk1 500 9\n", 500},
-                    NumberCase{"GibibytesAreRefused", "h\n/dev/disk1 466Gi 9\n", 512},
-                    NumberCase{"TerabytesAreRefused", "h\n/dev/disk1 1.8T 9\n", 512},
-                    NumberCase{"AFractionIsRefused", "h\n/dev/disk1 2.0G 9\n", 512},
-                    NumberCase{"ASmallLetterIsRefused", "h\n/dev/disk1 250g 9\n", 512},
-                    NumberCase{"EveryGIsRemoved", "h\n/dev/disk1 G5G0G 9\n", 50},
-                    NumberCase{"ASingleLineLeavesIt", "/dev/disk1 500G 9G", 512},
-                    NumberCase{"NoOutputLeavesIt", "", 512}, NumberCase{"OneColumnLeavesIt", "h\n500G\n", 512},
-                    NumberCase{"RunsOfBlanksAndTabsAreOneSeparator", "h\n  /dev/disk1 \t  250G\n", 250},
-                    NumberCase{"NoBreakSpacesSeparateToo", "h\n/dev/disk1\u00A0250G\n", 250},
-                    NumberCase{"TheSecondLineNotTheLast", "h\na 1G\nb 2G\n", 1},
-                    NumberCase{"ACarriageReturnStaysInTheColumn", "h\r\na 1G\r\n", 512},
-                    NumberCase{"SignsAreTaken", "h\na -5G b\n", -5}),
-    [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Table, Storage,
+                         testing::Values(NumberCase{"AWholeNumberOfG", "Filesystem Size\n/dev/disk1 500G 9G\n", 500},
+                                         NumberCase{"AWholeNumberAlone", "h\n/dev/disk1 500 9\n", 500},
+                                         NumberCase{"GibibytesAreRefused", "h\n/dev/disk1 466Gi 9\n", 512},
+                                         NumberCase{"TerabytesAreRefused", "h\n/dev/disk1 1.8T 9\n", 512},
+                                         NumberCase{"AFractionIsRefused", "h\n/dev/disk1 2.0G 9\n", 512},
+                                         NumberCase{"ASmallLetterIsRefused", "h\n/dev/disk1 250g 9\n", 512},
+                                         NumberCase{"EveryGIsRemoved", "h\n/dev/disk1 G5G0G 9\n", 50},
+                                         NumberCase{"ASingleLineGivesTheFallback", "/dev/disk1 500G 9G", 512},
+                                         NumberCase{"NoOutputGivesTheFallback", "", 512},
+                                         NumberCase{"OneColumnGivesTheFallback", "h\n500G\n", 512},
+                                         NumberCase{"RunsOfBlanksAndTabsAreOneSeparator", "h\n  /dev/disk1 \t  250G\n",
+                                                    250},
+                                         NumberCase{"NoBreakSpacesSeparateToo", "h\n/dev/disk1\u00A0250G\n", 250},
+                                         NumberCase{"TheSecondLineCountsNotTheLast", "h\na 1G\nb 2G\n", 1},
+                                         NumberCase{"ACarriageReturnStaysInTheColumn", "h\r\na 1G\r\n", 512},
+                                         NumberCase{"SignsAreAccepted", "h\na -5G b\n", -5}),
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace

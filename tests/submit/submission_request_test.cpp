@@ -32,7 +32,7 @@ TEST_F(SubmissionRequest, PostsTheElevenMembersUnderTheWebsitesNames) {
               R"("directx_version":"Not Applicable","gpu_memory":4})");
 }
 
-TEST_F(SubmissionRequest, SendsEmptyTextsAndAnyNumberAsTheyAre) {
+TEST_F(SubmissionRequest, SendsEmptyTextsAndAnyNumberUnchanged) {
     machine().website = [](const auto&) { return answered(200, R"({"success":true})"); };
     const HardwareInfo odd{"", "", "", INT64_MIN, "", 0, INT64_MAX, "", "", -1};
 

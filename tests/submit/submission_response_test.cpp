@@ -116,7 +116,7 @@ TEST_F(SubmissionResponse, WithoutAnIdTheLogSaysNone) {
     EXPECT_EQ(machine().log.back(), "📋 Hardware ID: none");
 }
 
-TEST_F(SubmissionResponse, ASuccessCountsWhateverTheStatus) {
+TEST_F(SubmissionResponse, ASuccessCountsWithAnyStatus) {
     handle(answered(500, R"({"success":true,"redirect_url":"done"})"));
     EXPECT_TRUE(submission_.succeeded);
     EXPECT_EQ(submission_.errorMessage, "Server error: HTTP 500");

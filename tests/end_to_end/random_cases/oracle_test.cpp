@@ -36,7 +36,7 @@ TEST(Oracle, IgnoresTheOverviewOfAnIntelMac) {
     EXPECT_EQ(expectedBehaviour(round, base).values[4], "512 GB SSD");
 }
 
-TEST(Oracle, GivesTheFallbacksForOutputsThatAreNoText) {
+TEST(Oracle, GivesTheFallbacksForInvalidUtf8) {
     Case round = aMac();
     round.brand = round.overview = round.memory = round.displays = round.disk = "\xFF";
     EXPECT_EQ(expectedBehaviour(round, base).values,
