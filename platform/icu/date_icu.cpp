@@ -30,8 +30,8 @@ icu::UnicodeString zoneAt(UDate moment) {
     localtime_r(&seconds, &local);
     const long offset = std::labs(local.tm_gmtoff);
     std::array<char, 32> zone{};
-    std::snprintf(zone.data(), zone.size(), "GMT%c%02ld:%02ld:%02ld", local.tm_gmtoff < 0 ? '-' : '+', offset / 3600,
-                  offset / 60 % 60, offset % 60);
+    std::snprintf(zone.data(), zone.size(), "GMT%c%02ld:%02ld", local.tm_gmtoff < 0 ? '-' : '+', offset / 3600,
+                  offset / 60 % 60);
     return icu::UnicodeString::fromUTF8(zone.data());
 }
 

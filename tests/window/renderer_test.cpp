@@ -74,6 +74,24 @@ View column(Alignment alignment, int spacing, const std::vector<std::string>& te
 
 View centred(View view) { return vstack(Alignment::center, 0, {std::move(view), spacer()}); }
 
+// Receives the paint events of a widget.
+class PaintCounter : public QObject {
+  public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++count;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(Renderer, AChangedSymbolIsPaintedAgain) {
+    show(View(Symbol{SymbolName::infoCircleFill, Color::blue}));
+    PaintCounter paints;
+    window_->findChild<QWidget*>()->installEventFilter(&paints);
+    show(View(Symbol{SymbolName::xmarkCircleFill, Color::red}));
+    EXPECT_EQ(paints.count, 1);
+}
+
 TEST_F(Renderer, AStretchingElementGetsTheRestOfItsRow) {
     show(centred(hstack({text("short").stretch(Alignment::leading), text("other")})));
     EXPECT_EQ(place("short").left(), 0);

@@ -19,7 +19,6 @@ Spinner::Spinner(QWidget* parent) : QWidget(parent) { setFixedSize(naturalSize, 
 void Spinner::setContent(const ProgressIndicator& indicator, Color color) {
     scale_ = indicator.scale;
     color_ = color;
-    update();
 }
 
 void Spinner::showEvent(QShowEvent*) { timer_.start(millisecondsPerStep, this); }
