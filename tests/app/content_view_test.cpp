@@ -24,6 +24,14 @@ class ContentViewFlows : public testing::Test {
         fakes::runMainQueue();
     }
 
+    // Sends a record that the website accepts.
+    void succeed() {
+        machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
+        view_.detectedHardware.set(record("M1"));
+        view_.sendToWebsite();
+        finish();
+    }
+
     ContentView view_;
 };
 
@@ -165,10 +173,7 @@ TEST_F(ContentViewFlows, SendsTheRecordOfThePress) {
 }
 
 TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgain) {
-    machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
-    view_.detectedHardware.set(record("M1"));
-    view_.sendToWebsite();
-    finish();
+    succeed();
 
     view_.sendToWebsite();
     EXPECT_TRUE(view_.isSending.get());
@@ -183,10 +188,7 @@ TEST_F(ContentViewFlows, ASecondPressDuringTheTwoSecondsSendsAgain) {
 }
 
 TEST_F(ContentViewFlows, TheProgramQuitsWhileASecondSubmissionRuns) {
-    machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
-    view_.detectedHardware.set(record("M1"));
-    view_.sendToWebsite();
-    finish();
+    succeed();
     view_.sendToWebsite();
     ASSERT_TRUE(view_.isSending.get());
     ASSERT_EQ(machine().delayed.size(), 1U);
@@ -196,12 +198,8 @@ TEST_F(ContentViewFlows, TheProgramQuitsWhileASecondSubmissionRuns) {
 }
 
 TEST_F(ContentViewFlows, ASecondSuccessSchedulesAQuitOfItsOwn) {
-    machine().website = [](const auto&) { return fakes::answered(200, R"({"success":true})"); };
-    view_.detectedHardware.set(record("M1"));
-    for (int submission = 0; submission < 2; ++submission) {
-        view_.sendToWebsite();
-        finish();
-    }
+    succeed();
+    succeed();
     ASSERT_EQ(machine().delayed.size(), 2U);
     EXPECT_EQ(machine().delayed[1].first, std::chrono::seconds(2));
     machine().delayed[1].second();
