@@ -51,7 +51,7 @@ struct TextField {
 };
 
 struct ProgressIndicator {
-    double scale = 1;  // Of the drawing; the space that it takes stays the same.
+    double scale;  // Of the drawing; the space that it takes stays the same.
 };
 
 struct Symbol {

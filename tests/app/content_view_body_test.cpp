@@ -163,8 +163,9 @@ TEST_F(ContentViewBody, OnAppearReportsToTheUnchangedAddress) {
     EXPECT_EQ(fakes::machine().log.at(5), "📤 Attempting to track usage to:  http://odd /api/track-usage/");
 }
 
-TEST(HardwareDetectorAppWindow, Is600By500) {
+TEST(HardwareDetectorAppWindow, HasTheProgramsNameAndIs600By500) {
     const platform::WindowDescription scene = HardwareDetectorApp().body();
+    EXPECT_EQ(scene.name, "Hardware Detector");
     EXPECT_EQ(scene.width, 600);
     EXPECT_EQ(scene.height, 500);
     EXPECT_NE(outlineOf(scene.content().body()).find(websiteBaseUrl()), std::string::npos);
