@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -53,7 +52,6 @@ class Program {
     std::optional<ExitStatus> waitForExit(std::chrono::milliseconds limit = patience);
 
     void signal(int number) { process_.signal(number); }
-    void terminate() { signal(SIGTERM); }
 
   private:
     struct Source {

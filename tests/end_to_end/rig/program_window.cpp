@@ -38,11 +38,10 @@ bool belongsTo(Display* display, Window window, pid_t program) {
     return count == 1 && format == 32 && *static_cast<long*>(static_cast<void*>(data)) == program;
 }
 
-std::optional<XWindowAttributes> shownAttributes(Display* display, Window window) {
+bool isShown(Display* display, Window window) {
     XWindowAttributes attributes{};
-    if (XGetWindowAttributes(display, window, &attributes) == 0) return std::nullopt;
-    if (attributes.map_state != IsViewable || attributes.c_class != InputOutput) return std::nullopt;
-    return attributes;
+    return XGetWindowAttributes(display, window, &attributes) != 0 && attributes.map_state == IsViewable &&
+           attributes.c_class == InputOutput;
 }
 
 // Waits for any window event on the display; false after the deadline.
@@ -68,13 +67,10 @@ std::optional<ProgramWindow> ProgramWindow::waitFor(const std::string& display, 
     const auto deadline = std::chrono::steady_clock::now() + limit;
     do {
         for (const Window window : topLevelWindows(connection.get())) {
-            const std::optional<XWindowAttributes> shown = shownAttributes(connection.get(), window);
-            if (!shown || !belongsTo(connection.get(), window, program)) continue;
+            if (!isShown(connection.get(), window) || !belongsTo(connection.get(), window, program)) continue;
             ProgramWindow found;
             found.display_ = display;
             found.window_ = window;
-            found.width_ = shown->width;
-            found.height_ = shown->height;
             return found;
         }
     } while (waitForChange(connection.get(), deadline));

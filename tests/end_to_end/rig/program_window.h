@@ -17,9 +17,6 @@ class ProgramWindow {
     static std::optional<ProgramWindow> waitFor(const std::string& display, pid_t program,
                                                 std::chrono::milliseconds limit = patience);
 
-    int width() const { return width_; }    // in pixels, when found
-    int height() const { return height_; }  // in pixels, when found
-
     // Gives the window the keyboard focus: there is no window manager to do so.
     void focus() const;
 
@@ -29,8 +26,6 @@ class ProgramWindow {
   private:
     std::string display_;
     unsigned long window_ = 0;
-    int width_ = 0;
-    int height_ = 0;
 };
 
 }  // namespace end_to_end
