@@ -17,6 +17,7 @@ constexpr long noSeparator = 1;
 
 }  // namespace
 
+// Not by the toolkit's flags, which leave the title and extend the content below the title bar.
 void dress(QWidget& window) {
     const id view = reinterpret_cast<id>(window.winId());
     const id native = objectiveC::send<id>(view, "window");
@@ -25,6 +26,12 @@ void dress(QWidget& window) {
     if (objectiveC::responds(native, "setTitlebarSeparatorStyle:")) {
         objectiveC::send(native, "setTitlebarSeparatorStyle:", noSeparator);
     }
+}
+
+// Otherwise the system draws and shows the view at the end of the event loop's turn.
+void putOnScreen(QWidget& window) {
+    objectiveC::send(reinterpret_cast<id>(window.winId()), "displayIfNeeded");
+    objectiveC::send(objectiveC::classNamed("CATransaction"), "flush");
 }
 
 void addMenus() {

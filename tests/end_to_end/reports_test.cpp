@@ -1,8 +1,11 @@
 // The two reports at the start: their id and date, and that the window waits for the first.
 #include <fstream>
+#include <future>
 
 #include "tests/end_to_end/rig/keyboard.h"
 #include "tests/end_to_end/rig/program_window.h"
+#include "tests/end_to_end/rig/screenshot.h"
+#include "tests/end_to_end/rig/window_manager.h"
 #include "tests/end_to_end/surroundings.h"
 
 namespace end_to_end {
@@ -38,6 +41,32 @@ TEST_F(Reports, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
 
     EXPECT_EQ(first.log()[1], "📤 Device ID: " + valueIn(settingsFile(), "com.velmora.device_id"));
     EXPECT_EQ(second.log()[1], first.log()[1]);
+}
+
+TEST_F(Reports, TheFirstFrameIsOnScreenBeforeTheInstallReportIsAnswered) {
+    std::promise<void> frameWasSeen;
+    const ScriptedServer server(
+        [seen = frameWasSeen.get_future().share()](const RecordedRequest&) -> Script {
+            seen.wait();
+            return {Send{answerBytes(200, R"({"created": true})")}};
+        },
+        websitePort());
+    WindowManager windowManager(session().display());
+    const Program program(setting());
+    ASSERT_TRUE(windowManager.waitForWindow());
+    // It responds, so no report is waited for.
+    ASSERT_TRUE(waitFor([&] { return AccessibleProgram(program.pid()).button("Detect Hardware").has_value(); }));
+    EXPECT_EQ(program.log(), std::vector<std::string>());
+
+    windowManager.showWindow();
+    EXPECT_TRUE(server.waitForRequests(1));
+    const std::string picture = home_.path() / "picture.png";
+    const bool shown =
+        waitFor([&] { return saveScreenshot(session().display(), picture) && showsTheBlueButton(picture); });
+    frameWasSeen.set_value();
+    EXPECT_TRUE(shown);
+    // Otherwise the program has given up waiting, and the frame came after that.
+    EXPECT_TRUE(program.waitForLine("✅ Install tracked successfully"));
 }
 
 TEST_F(Reports, TheWindowDoesNotRespondWhileTheInstallReportIsOutstanding) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <future>
 
+#include "tests/end_to_end/rig/screenshot.h"
 #include "tests/end_to_end/rig/wayland_desktop.h"
 #include "tests/end_to_end/rig/wayland_pointer.h"
 #include "tests/end_to_end/surroundings.h"
@@ -93,9 +94,12 @@ TEST_F(Wayland, TheWindowIsShownBeforeTheInstallReportIsAnswered) {
         },
         websitePort());
     Program program(settingOn(desktop));
-    const auto shown = waitForWindow(desktop, program.pid());
+    EXPECT_TRUE(server.waitForRequests(1));
+    const std::string picture = home_.path() / "picture.png";
+    const bool shown = waitFor([&] { return desktop.saveScreenshot(picture) && showsTheBlueButton(picture); });
     windowWasSeen.set_value();
     EXPECT_TRUE(shown);
+    // Otherwise the program has given up waiting, and the window came after that.
     EXPECT_TRUE(program.waitForLine("✅ Install tracked successfully"));
 }
 

@@ -57,6 +57,19 @@ TEST_F(MacWindow, ItsThreeButtonsStay) {
     EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
 }
 
+TEST_F(MacWindow, ItsFirstFrameIsOnScreenWhenItAppears) {
+    std::optional<Lines> messages;  // Until it appears.
+    const auto appearing = [&] {
+        return platform::View(platform::Nothing{}).onAppear([&] { messages = objectiveC().messages; });
+    };
+    platform::MainWindow window({.name = "Test", .width = 600, .height = 500, .content = [&] {
+                                     return platform::WindowDescription::Content{appearing, {}};
+                                 }});
+    window.show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return messages.has_value(); }, 30'000));
+    EXPECT_EQ(Lines(messages->end() - 2, messages->end()), (Lines{"view displayIfNeeded", "CATransaction flush"}));
+}
+
 // The application with its window and menus.
 class MacApplication : public MacWindow {
   protected:

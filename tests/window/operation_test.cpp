@@ -1,4 +1,4 @@
-// What a person can do with the window: press, move on, move it, close it; and when it counts as opened.
+// What a person can do with the window: press, move on, move it, close it.
 #include <QMouseEvent>
 #include <QProxyStyle>
 #include <QScrollBar>
@@ -16,13 +16,6 @@ namespace {
 using fakes::machine;
 
 using WindowOperation = ShownWindow;
-
-int usagesReported() {
-    return static_cast<int>(
-        std::count_if(machine().requests.begin(), machine().requests.end(), [](const platform::HttpRequest& request) {
-            return request.url.absoluteString().find("track-usage") != std::string::npos;
-        }));
-}
 
 // Runs the event loop until something ends it; the exit status, or -1 after half a minute.
 int exitStatusAfter(const std::function<void()>& action) {
@@ -225,93 +218,6 @@ TEST_F(WindowOperation, TheBackgroundMovesTheWindow) {
     QCoreApplication::sendEvent(&window_, &dragged);
     QTest::mouseRelease(&window_, Qt::LeftButton, {}, grip);
     EXPECT_EQ(window_.pos(), before + QPoint(30, 20));
-}
-
-TEST_F(WindowOperation, AppearsOnceWhenShownAndAgainAfterBeingHidden) {
-    EXPECT_EQ(usagesReported(), 1);
-    window_.hide();
-    settle();
-    EXPECT_EQ(usagesReported(), 1);
-    window_.show();
-    EXPECT_TRUE(QTest::qWaitFor([] { return usagesReported() == 2; }, 30'000));
-    settle();
-    EXPECT_EQ(usagesReported(), 2);
-}
-
-// Notes each event of a kind among the fakes' events.
-class Witness : public QObject {
-  public:
-    Witness(QEvent::Type type, std::string note) : type_(type), note_(std::move(note)) {}
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == type_) machine().events.push_back(note_);
-        return false;
-    }
-
-  private:
-    QEvent::Type type_;
-    std::string note_;
-};
-
-// The main view never leaves a window that is minimised. The toolkit's offscreen platform has no window manager, so the
-// test sends the window system's events, and asks for the frame that follows them.
-TEST_F(WindowOperation, RestoringTheMinimisedWindowReportsNothing) {
-    QHideEvent hidden;
-    QShowEvent shown;
-    for (QEvent* event : {static_cast<QEvent*>(&hidden), static_cast<QEvent*>(&shown)}) {
-        QSpontaneKeyEvent::setSpontaneous(event);
-        qApp->notify(&window_, event);
-    }
-    Witness witness(QEvent::UpdateRequest, "frame");
-    window_.windowHandle()->installEventFilter(&witness);
-    window_.windowHandle()->requestUpdate();
-    ASSERT_TRUE(QTest::qWaitFor([] { return machine().events.back() == "frame"; }, 30'000));
-    settle();
-    EXPECT_EQ(usagesReported(), 1);
-}
-
-TEST_F(WindowOperation, EachAppearanceReportsToTheAddressOfThatMoment) {
-    field()->setText("http://typed.example");
-    window_.hide();
-    settle();
-    window_.show();
-    ASSERT_TRUE(QTest::qWaitFor([] { return usagesReported() == 2; }, 30'000));
-    EXPECT_EQ(machine().requests.back().url.absoluteString(), "http://typed.example/api/track-usage/");
-}
-
-TEST_F(WindowOperation, RepaintingReportsNothing) {
-    for (int frames = 0; frames < 5; ++frames) {
-        window_.update();
-        settle();
-    }
-    EXPECT_EQ(usagesReported(), 1);
-}
-
-TEST(WindowAppearance, ComesAfterTheFirstFrame) {
-    fakes::reset();
-    platform::MainWindow window(sceneOf(ContentView()));
-    Witness witness(QEvent::Paint, "painted");
-    window.installEventFilter(&witness);
-    window.show();
-    ASSERT_TRUE(QTest::qWaitFor([] { return usagesReported() == 1; }, 30'000));
-    fakes::waitForSession();
-
-    ASSERT_FALSE(machine().events.empty());
-    EXPECT_EQ(machine().events.front(), "painted");
-}
-
-TEST(WindowAppearance, WaitsUntilTheWindowSystemHasExposedTheWindow) {
-    fakes::reset();
-    platform::MainWindow window(sceneOf(ContentView()));
-    window.setAttribute(Qt::WA_DontShowOnScreen);
-    window.show();
-    window.update();
-    for (int round = 0; round < 10; ++round) QCoreApplication::processEvents();
-    EXPECT_EQ(usagesReported(), 0);
-
-    window.hide();
-    window.setAttribute(Qt::WA_DontShowOnScreen, false);
-    window.show();
-    EXPECT_TRUE(QTest::qWaitFor([] { return usagesReported() == 1; }, 30'000));
 }
 
 TEST_F(WindowOperation, TheFieldShowsAnAddressThatTheProgramSets) {

@@ -8,6 +8,10 @@ namespace platform::desktopConventions {
 // Call before a window is first shown. Hides its title bar, and sets the keys that close it where no menu has them.
 void dress(QWidget& window);
 
+// Call when a window has been painted and the main thread may block next: the desktop may not show the frame before the
+// thread is free again.
+void putOnScreen(QWidget& window);
+
 // Call once, before the first window opens. Adds the application's menus where the desktop has such.
 void addMenus();
 

@@ -14,6 +14,9 @@ void dress(QWidget& window) {
     }
 }
 
+// The toolkit has sent the frame already.
+void putOnScreen(QWidget&) {}
+
 void addMenus() {}
 
 bool applicationEndsWithItsWindow() { return true; }

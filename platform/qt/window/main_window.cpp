@@ -55,17 +55,20 @@ bool MainWindow::event(QEvent* event) {
 void MainWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (event->spontaneous()) return;  // Restored from the task bar: no appearance.
-    appearsWithFirstFrame_ = true;
+    appearance_ = Appearance::awaitsPaint;
     windowHandle()->installEventFilter(this);
 }
 
-// The hook may block, so the first frame must be on screen before. Wayland shows no frame while the main thread is
-// blocked. So the first frame counts as shown when the window system, having exposed the window, asks for another.
+// The hook may block, so the first frame must be on screen before. The first update request may come before the window
+// is exposed and paint nothing, and Wayland shows no frame while the main thread is blocked. So the first frame counts
+// as shown when the window system, having had the exposed window painted, asks for another frame.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (appearsWithFirstFrame_ && watched == windowHandle() && windowHandle()->isExposed()) {
-        if (event->type() == QEvent::Expose) windowHandle()->requestUpdate();
-        if (event->type() == QEvent::UpdateRequest) {
-            appearsWithFirstFrame_ = false;
+    if (appearance_ != Appearance::done && watched == windowHandle() && windowHandle()->isExposed()) {
+        if (event->type() == QEvent::Paint) {
+            appearance_ = Appearance::awaitsNextFrame;
+            windowHandle()->requestUpdate();
+        } else if (event->type() == QEvent::UpdateRequest && appearance_ == Appearance::awaitsNextFrame) {
+            appearance_ = Appearance::done;
             QMetaObject::invokeMethod(
                 this, [this] { appear(); }, Qt::QueuedConnection);
         }
@@ -74,6 +77,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWindow::appear() {
+    desktopConventions::putOnScreen(*this);
     for (const Modifier& modifier : shown_.modifiers()) {
         if (const auto* hook = std::get_if<OnAppear>(&modifier)) hook->action();
     }

@@ -22,6 +22,8 @@ class MainWindow : public QWidget {
     void mouseMoveEvent(QMouseEvent* event) override;
 
   private:
+    enum class Appearance { awaitsPaint, awaitsNextFrame, done };
+
     // Changes are shown together: before the next frame, or before the next input if an action made them, because that
     // input is meant for the new state.
     void renderSoon();
@@ -34,7 +36,7 @@ class MainWindow : public QWidget {
     View shown_;
     RenderedView rendered_;
     bool isOutOfDate_ = false;
-    bool appearsWithFirstFrame_ = false;
+    Appearance appearance_ = Appearance::done;
     std::optional<QPoint> grip_;  // Where the background is held while the window is dragged.
 };
 

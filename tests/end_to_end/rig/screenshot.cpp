@@ -33,4 +33,13 @@ bool saveScreenshot(const std::string& display, const std::string& file) {
     return picture.save(QString::fromStdString(file), "PNG");
 }
 
+bool showsTheBlueButton(const std::string& file) {
+    const QImage picture = QImage(QString::fromStdString(file)).convertToFormat(QImage::Format_RGB32);
+    int blue = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) blue += picture.pixel(x, y) == qRgb(0, 122, 255) ? 1 : 0;
+    }
+    return blue > 1'000;
+}
+
 }  // namespace end_to_end

@@ -20,10 +20,11 @@ namespace {
 objc_object window{"NSWindow"};
 objc_object application{"NSApp"};
 objc_object applicationClass{"NSApplication"};
+objc_object transactionClass{"CATransaction"};
 
 // A view is whatever the toolkit hands out as one, and is not looked into.
 std::string nameOf(const objc_object* receiver) {
-    for (const objc_object* known : {&window, &application, &applicationClass}) {
+    for (const objc_object* known : {&window, &application, &applicationClass, &transactionClass}) {
         if (receiver == known) return known->name;
     }
     return receiver == nullptr ? "nil" : "view";
@@ -45,7 +46,10 @@ using namespace recordingFakes;
 extern "C" {
 
 Class objc_getClass(const char* name) {
-    return name == applicationClass.name ? reinterpret_cast<Class>(&applicationClass) : nullptr;
+    for (objc_object* known : {&applicationClass, &transactionClass}) {
+        if (name == known->name) return reinterpret_cast<Class>(known);
+    }
+    return nullptr;
 }
 
 SEL sel_registerName(const char* name) {
