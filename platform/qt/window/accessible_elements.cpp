@@ -72,10 +72,7 @@ QAccessibleInterface* makeElement(const QString&, QObject* object) {
     if (auto* window = dynamic_cast<MainWindow*>(object)) return new QAccessibleWidget(window, QAccessible::Window);
     if (auto* button = dynamic_cast<ActionButton*>(object)) return new AccessibleButton(button);
     if (auto* area = dynamic_cast<FlexibleScrollArea*>(object)) return new AccessibleScrollArea(area);
-    if (auto* group = dynamic_cast<SpokenGroup*>(object)) {
-        // Screen readers say a notification when it appears, wherever the focus is.
-        return new QAccessibleWidget(group, group->isAnnounced() ? QAccessible::Notification : QAccessible::Grouping);
-    }
+    if (auto* group = dynamic_cast<SpokenGroup*>(object)) return new QAccessibleWidget(group, group->role());
     return nullptr;
 }
 

@@ -1,4 +1,4 @@
-// Records the notifications that appear on screen, which a screen reader announces.
+// Records what a screen reader announces: announcements, and notifications that appear on screen.
 #pragma once
 
 #include <sys/types.h>

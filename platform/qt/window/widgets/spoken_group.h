@@ -1,6 +1,7 @@
 // Elements that a screen reader takes as one.
 #pragma once
 
+#include <QAccessible>
 #include <QWidget>
 
 namespace platform {
@@ -12,7 +13,7 @@ class SpokenGroup : public QWidget {
 
     void setWords(const QString& words);
 
-    [[nodiscard]] bool isAnnounced() const { return isAnnounced_; }
+    [[nodiscard]] QAccessible::Role role() const;
 
   private:
     bool isAnnounced_;
