@@ -2,6 +2,7 @@
 #include <QMouseEvent>
 #include <QProxyStyle>
 #include <QScrollBar>
+#include <QStyleHints>
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
@@ -47,6 +48,18 @@ TEST_F(WindowOperation, AClickOnAButtonsTextPressesIt) {
     const QPoint onText = placeOf(label("Detect Hardware")).center();
     QTest::mouseClick(window_.windowHandle(), Qt::LeftButton, {}, onText);
     EXPECT_TRUE(view_.isDetecting.get());
+}
+
+TEST_F(WindowOperation, AMousePressDoesNotMoveTheFocus) {
+    show(recordOfLength(1'000));
+    field()->setFocus();
+    for (QWidget* each : {static_cast<QWidget*>(button("Detect Hardware")), list()->viewport(),
+                          static_cast<QWidget*>(button("Send to Website"))}) {
+        QTest::mouseClick(each, Qt::LeftButton);
+        EXPECT_TRUE(field()->hasFocus());
+        finishWork();
+        EXPECT_TRUE(field()->hasFocus());
+    }
 }
 
 TEST_F(WindowOperation, ADisabledButtonDoesNothing) {
@@ -117,6 +130,17 @@ TEST_F(WindowOperation, TabGoesFromTopToBottomAndStartsAgain) {
         EXPECT_GT(placeOf(order[at]).top(), placeOf(order[at - 1]).top());
     }
     EXPECT_NE(std::find(order.begin(), order.end(), button("Send to Website")), order.end());
+}
+
+// As on macOS while its keyboard navigation is off.
+TEST_F(WindowOperation, TabStaysInTheFieldIfTheSystemLimitsItToTextFields) {
+    QStyleHints& hints = *QGuiApplication::styleHints();
+    const Qt::TabFocusBehavior before = hints.tabFocusBehavior();
+    hints.setTabFocusBehavior(Qt::TabFocusTextControls);
+    field()->setFocus();
+    QTest::keyClick(field(), Qt::Key_Tab);
+    EXPECT_TRUE(field()->hasFocus());
+    hints.setTabFocusBehavior(before);
 }
 
 TEST_F(WindowOperation, TheListIsScrolledByKeys) {

@@ -9,7 +9,7 @@
 namespace platform {
 
 ActionButton::ActionButton() {
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);  // A press by mouse leaves the focus, and its ring, where it is.
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     connect(this, &QAbstractButton::clicked, this, [this] {
