@@ -54,7 +54,7 @@ TEST_F(Reports, TheFirstFrameIsOnScreenBeforeTheInstallReportIsAnswered) {
     WindowManager windowManager(session().display());
     const Program program(setting());
     ASSERT_TRUE(windowManager.waitForWindow());
-    // It responds, so no report is waited for.
+    // It responds, so it does not wait for a report.
     ASSERT_TRUE(waitFor([&] { return AccessibleProgram(program.pid()).button("Detect Hardware").has_value(); }));
     EXPECT_EQ(program.log(), std::vector<std::string>());
 
@@ -65,7 +65,7 @@ TEST_F(Reports, TheFirstFrameIsOnScreenBeforeTheInstallReportIsAnswered) {
         waitFor([&] { return saveScreenshot(session().display(), picture) && showsTheBlueButton(picture); });
     frameWasSeen.set_value();
     EXPECT_TRUE(shown);
-    // Otherwise the program has given up waiting, and the frame came after that.
+    // Otherwise the report timed out, and the frame came after that.
     EXPECT_TRUE(program.waitForLine("✅ Install tracked successfully"));
 }
 

@@ -1,4 +1,4 @@
-// The window on macOS: its title bar, its menus, and how it comes back from the Dock.
+// The window on macOS: title bar, menus, and reopening from the Dock.
 #include "platform/qt/window/desktop_conventions.h"
 
 #include <gtest/gtest.h>
@@ -58,7 +58,7 @@ TEST_F(MacWindow, ItsThreeButtonsStay) {
 }
 
 TEST_F(MacWindow, ItsFirstFrameIsOnScreenWhenItAppears) {
-    std::optional<Lines> messages;  // Until it appears.
+    std::optional<Lines> messages;  // The messages sent until the window appears.
     const auto appearing = [&] {
         return platform::View(platform::Nothing{}).onAppear([&] { messages = objectiveC().messages; });
     };
@@ -83,7 +83,7 @@ class MacApplication : public MacWindow {
         QApplication::processEvents();
     }
 
-    // The Dock's press reaches the program as an activation, even of what is active.
+    // A click in the Dock activates the program, even if it is active already.
     static void pressInTheDock() {
         emit qApp->applicationStateChanged(Qt::ApplicationActive);
         QApplication::processEvents();
@@ -108,7 +108,7 @@ class MacApplication : public MacWindow {
     static platform::MainWindow* window() { return windows().at(0); }
     static QLineEdit* field() { return window()->findChild<QLineEdit*>(); }
 
-    // Chooses an item by its text, wherever it is.
+    // Chooses an item of any menu by its text.
     void choose(const QString& text) const {
         for (const QAction* menu : menuBar_->actions()) {
             for (QAction* item : menu->menu()->actions()) {

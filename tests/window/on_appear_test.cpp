@@ -1,4 +1,4 @@
-// When the window counts as appeared: after its first frame, each time that it is shown.
+// The window's on-appear hook: it runs after the first frame, each time the window is shown.
 #include <QPaintEvent>
 #include <QTest>
 #include <algorithm>
@@ -30,7 +30,7 @@ TEST_F(WindowOnAppear, AppearsOnceWhenShownAndAgainAfterBeingHidden) {
     EXPECT_EQ(usagesReported(), 2);
 }
 
-// Notes each event of a kind among the fakes' events.
+// Records each event of one type among the fakes' events.
 class Witness : public QObject {
   public:
     Witness(QEvent::Type type, std::string note) : type_(type), note_(std::move(note)) {}
@@ -54,8 +54,7 @@ void requestPainting(QObject* window) {
     QCoreApplication::sendEvent(window, &all);
 }
 
-// The main view never leaves a window that is minimised. The toolkit's offscreen platform has no window manager, so the
-// test sends the window system's events.
+// The toolkit's offscreen platform has no window manager, so the test sends the window system's events.
 TEST_F(WindowOnAppear, RestoringTheMinimisedWindowReportsNothing) {
     QHideEvent hidden;
     QShowEvent shown;

@@ -1,4 +1,4 @@
-// What a person can do with the window: press, move on, move it, close it.
+// Operating the window: pressing, moving the focus, scrolling, typing, moving and closing it.
 #include <QMouseEvent>
 #include <QProxyStyle>
 #include <QScrollBar>
@@ -18,7 +18,7 @@ using fakes::machine;
 
 using WindowOperation = ShownWindow;
 
-// Runs the event loop until something ends it; the exit status, or -1 after half a minute.
+// Runs the event loop until it ends. Returns the exit status, or -1 after half a minute.
 int exitStatusAfter(const std::function<void()>& action) {
     QTimer::singleShot(0, qApp, action);
     QTimer limit;
@@ -71,7 +71,7 @@ TEST_F(WindowOperation, ADisabledButtonDoesNothing) {
     EXPECT_EQ(machine().background.size(), 1U);
 }
 
-// Clicks that came while the program was busy are delivered one right after the other.
+// The toolkit delivers clicks that came while the program was busy without a pause between them.
 TEST_F(WindowOperation, ThreeClicksInARowStartOneDetection) {
     QAbstractButton* detect = button("Detect Hardware");
     for (int click = 0; click < 3; ++click) QTest::mouseClick(detect, Qt::LeftButton);
@@ -105,7 +105,7 @@ TEST_F(WindowOperation, APressRightAfterTheKeyThatFillsTheAddressSends) {
     EXPECT_EQ(machine().background.size(), 1U);
 }
 
-// Invisible, and often pasted along.
+// It is invisible, and pasted texts often begin with it.
 TEST_F(WindowOperation, AByteOrderMarkBeforeTheAddressStays) {
     field()->clear();
     field()->insert(QChar(0xFEFF) + QStringLiteral("http://h"));
@@ -132,7 +132,7 @@ TEST_F(WindowOperation, TabGoesFromTopToBottomAndStartsAgain) {
     EXPECT_NE(std::find(order.begin(), order.end(), button("Send to Website")), order.end());
 }
 
-// As on macOS while its keyboard navigation is off.
+// Like macOS while its keyboard navigation is off.
 TEST_F(WindowOperation, TabStaysInTheFieldIfTheSystemLimitsItToTextFields) {
     QStyleHints& hints = *QGuiApplication::styleHints();
     const Qt::TabFocusBehavior before = hints.tabFocusBehavior();
@@ -178,7 +178,7 @@ TEST_F(WindowOperation, TheListIsScrolledByWheelAndScrollBar) {
     QTest::mouseRelease(window_.windowHandle(), Qt::LeftButton, {}, QPoint(top.x(), area.bottom()));
 }
 
-// As on macOS.
+// Like macOS.
 class OverlayScrollBars : public QProxyStyle {
   public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -1,4 +1,4 @@
-// The window as a screen reader has it: roles, names, states, and what is said by itself.
+// The window for a screen reader: roles, names, states and announcements.
 #include <QAccessible>
 #include <QLabel>
 #include <QTest>

@@ -16,10 +16,10 @@ bool WindowManager::waitForWindow() {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (window_ == 0) {
         if (XPending(display) == 0) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-            if (left.count() <= 0) return false;
+            const int left = millisecondsUntil(deadline);
+            if (left == 0) return false;
             pollfd event{ConnectionNumber(display), POLLIN, 0};
-            poll(&event, 1, static_cast<int>(left.count()));
+            poll(&event, 1, left);
             continue;
         }
         XEvent event;

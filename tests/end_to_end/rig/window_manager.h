@@ -1,4 +1,4 @@
-// A window manager that lets new windows wait.
+// A window manager that delays showing a new window.
 #pragma once
 
 #include <string>
@@ -7,15 +7,15 @@
 
 namespace end_to_end {
 
-// Takes the place of the display's window manager, which must be free.
+// The display must have no other window manager.
 class WindowManager {
   public:
     explicit WindowManager(const std::string& display);
 
-    // Waits until a program wants to show a window, and leaves it hidden. False when none does.
+    // Waits until a program requests to show a window, and leaves it hidden. False after the limit.
     [[nodiscard]] bool waitForWindow();
 
-    // Shows the window that was waited for.
+    // Shows that window.
     void showWindow();
 
   private:

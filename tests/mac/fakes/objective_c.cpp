@@ -5,7 +5,7 @@
 #include <map>
 #include <string_view>
 
-// Objects and classes are their names.
+// Objects and classes are represented by their names.
 struct objc_object {
     std::string name;
 };
@@ -22,7 +22,7 @@ objc_object application{"NSApp"};
 objc_object applicationClass{"NSApplication"};
 objc_object transactionClass{"CATransaction"};
 
-// A view is whatever the toolkit hands out as one, and is not looked into.
+// A view is the pointer that the toolkit gives; it is never dereferenced.
 std::string nameOf(const objc_object* receiver) {
     for (const objc_object* known : {&window, &application, &applicationClass, &transactionClass}) {
         if (receiver == known) return known->name;
@@ -53,11 +53,11 @@ Class objc_getClass(const char* name) {
 }
 
 SEL sel_registerName(const char* name) {
-    static std::map<std::string, objc_selector> selectors;  // The same one for the same name.
+    static std::map<std::string, objc_selector> selectors;  // One selector for each name.
     return &selectors.try_emplace(name, objc_selector{name}).first->second;
 }
 
-// Declared without arguments and called with a method's: the first two always, a third after a colon.
+// The framework declares it without arguments; callers pass two, and a third if the selector ends with a colon.
 void* objc_msgSend(objc_object* receiver, objc_selector* selector, long argument) {
     const std::string& name = selector->name;
     if (name == "respondsToSelector:") {

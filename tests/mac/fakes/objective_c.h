@@ -1,4 +1,4 @@
-// An Objective-C runtime that answers what the window and the menus ask for and records each message.
+// A fake Objective-C runtime that answers the messages of the window and the menus, and records them.
 #pragma once
 
 #include <set>
@@ -8,9 +8,9 @@
 namespace recordingFakes {
 
 struct ObjectiveC {
-    // In order, the receiver before the selector and its argument: "NSWindow setTitleVisibility: 1".
+    // The messages in order: receiver, selector, argument: "NSWindow setTitleVisibility: 1".
     std::vector<std::string> messages;
-    std::set<std::string> unknownSelectors;  // What an older system does not respond to.
+    std::set<std::string> unknownSelectors;  // Selectors that an older system lacks.
 };
 
 ObjectiveC& objectiveC();
