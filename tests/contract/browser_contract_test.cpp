@@ -83,6 +83,8 @@ TEST_F(OpenInBrowser, AnAddressWithoutASchemeStartsNothing) {
 TEST_F(OpenInBrowser, TheOpenerInheritsNoStreamDescriptorOrTerminal) {
     constexpr int leaked = 77;
     ASSERT_EQ(dup2(STDERR_FILENO, leaked), leaked);
+    std::ofstream(file("input")) << "not for the opener";
+    ASSERT_NE(std::freopen(file("input").c_str(), "r", stdin), nullptr);
     opener(R"sh(found=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2; ls /proc/$$/fd | grep -c 77)
               echo "$found" >noted
               [ "$(ps -o sid= -p $$ | tr -d ' ')" = $$ ] && echo own session >>noted)sh");
