@@ -5,8 +5,8 @@
 
 namespace platform {
 
-// Asks the desktop to open `url` in the default browser. Whether the desktop accepted it: never a URL without a scheme,
-// which would name a file. Call on the main thread; returns within about a second.
+// Asks the desktop to open `url` in the default browser. Returns whether the desktop accepted it. A URL without a
+// scheme would name a file and is refused. Call on the main thread; returns within about a second.
 [[nodiscard]] bool openInBrowser(const Url& url);
 
 }  // namespace platform

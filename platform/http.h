@@ -15,8 +15,8 @@ struct HttpRequest {
     Url url;
     std::string body;
 
-    // How long nothing may move: no byte sent, no header line and no byte of a body received. Whatever moves starts the
-    // interval again, so a slow but steady answer has no limit. Looking the name up and connecting must fit into it.
+    // The request fails after this time without a byte sent, a header line or a body byte. Each of these restarts the
+    // interval, so a slow but steady answer has no limit. Name lookup and connecting together must not take longer.
     std::chrono::seconds timeoutInterval;
 };
 
@@ -52,7 +52,7 @@ namespace httpSession {
 // the request's URL; those of the environment do not count. Cookies live as long as the process. Bodies in the content
 // codings gzip and deflate arrive decoded; one that is cut short arrives as far as it could be decoded. An unknown
 // coding is an error, and so are a body of more than 256 MiB, as received or as decoded, a header or trailer of more
-// than one, a 17th interim answer, and a redirect from https to http. Safe from any thread.
+// than 1 MiB, a 17th interim answer, and a redirect from https to http. Safe from any thread.
 void start(HttpRequest request, HttpCompletionHandler completionHandler);
 
 }  // namespace httpSession

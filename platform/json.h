@@ -28,8 +28,9 @@ class JsonObject {
     // The first member of that name; null when there is none. Valid until the object changes.
     [[nodiscard]] const JsonValue* find(std::string_view key) const;
 
-    // The member, converted by the rules of macOS for parsed numbers: true and false are also 1 and 0 and the other way
-    // round, and a number without a fraction (42.0, 1e3) is also an integer. Absent when there is no such member.
+    // The member, converted by the rules of macOS for parsed numbers: true and false also read as 1 and 0, and 1
+    // and 0 as true and false; a number without a fraction (42.0, 1e3) is also an integer. Absent when there is no such
+    // member.
     [[nodiscard]] std::optional<bool> boolean(std::string_view key) const;
     [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key) const;
 

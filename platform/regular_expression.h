@@ -11,7 +11,7 @@ namespace platform {
 // Compiled once; may be used by several threads at once.
 class RegularExpression {
   public:
-    // `pattern` is in ICU's syntax: "." stops at every line break that text.h lists, "\s" takes them and every white
+    // `pattern` is in ICU's syntax: "." stops at every line break that text.h lists, "\s" matches these and all white
     // space, and the search is case-sensitive.
     explicit RegularExpression(std::string_view pattern);
 

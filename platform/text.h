@@ -18,7 +18,7 @@ namespace platform {
 // zero-width space U+200B, which is no space by category.
 [[nodiscard]] std::string_view trimmedOfWhitespace(std::string_view text);
 
-// Without white space at both ends, nor line breaks: U+000A to U+000D, U+0085, U+2028 and U+2029.
+// Without white space and line breaks (U+000A to U+000D, U+0085, U+2028 and U+2029) at both ends.
 [[nodiscard]] std::string_view trimmedOfWhitespaceAndNewlines(std::string_view text);
 
 // Without "/" at both ends.

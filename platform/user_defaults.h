@@ -7,11 +7,11 @@
 namespace platform::userDefaults {
 
 // Used by one thread at a time. None of these fails: where the store cannot be read or written, values last as long as
-// the process. Setting waits half a minute at most for another process that is storing. A value is on disk (or with the
-// system's daemon) when the call that sets it returns. When two processes set the same key, the last one stays.
+// the process. A value is on disk (or with the system's daemon) when the call that sets it returns. When two processes
+// set the same key, the last one stays.
 
-// The string under `key`, which may be empty. Absent when there is none or the value has another type. Where the store
-// has no types, whatever reads as one plain text is a string.
+// The string under `key`, which may be empty. Absent when there is none or the value has another type. In a store
+// without types, every single plain value is a string.
 [[nodiscard]] std::optional<std::string> string(const std::string& key);
 
 void setString(const std::string& key, const std::string& value);

@@ -78,10 +78,10 @@ mach_o_files() {
 mount_image() {
     mounted=$2
     mkdir -p "$mounted/image"
-    hdiutil attach -quiet -nobrowse -readonly -mountpoint "$mounted/image" "$1" || fail "$1 cannot be opened: make it again by scripts/package."
     trap close_image EXIT
+    hdiutil attach -quiet -nobrowse -readonly -mountpoint "$mounted/image" "$1" || fail "$1 cannot be opened: make it again by scripts/package."
 }
 close_image() {
-    hdiutil detach -quiet -force "$mounted/image" # A program that has just ended may still count as using it.
+    hdiutil detach -quiet -force "$mounted/image" 2>/dev/null || true # A program that has just ended may still count as using it.
     rm -rf "$mounted"
 }

@@ -44,7 +44,7 @@ std::string hostIn(const std::string& url) {
     return root ? root->host() : "";
 }
 
-HttpError tooLargeError() { return errorFor(tooLarge, "a body of more than 256 MiB, or a header of more than one"); }
+HttpError tooLargeError() { return errorFor(tooLarge, "a body of more than 256 MiB, or a header of more than 1 MiB"); }
 
 }  // namespace
 
@@ -212,7 +212,7 @@ HttpError Exchange::transportError(CURLcode result) const {
     Failure failure = failureOf(result);
     // With the answer read and no new request begun, it is the redirect that leads to what is not supported.
     if (result == CURLE_UNSUPPORTED_PROTOCOL && headerIsComplete_) failure = unsupportedUrl;
-    if (result == CURLE_COULDNT_RESOLVE_HOST && !networkIsUp()) failure = offline;
+    if (failure.code == hostNotFound.code && !networkIsUp()) failure = offline;
 
     std::string cause = "curl " + std::to_string(result) + ": ";
     cause += errorText_.front() == '\0' ? libcurl().easy_strerror(result) : errorText_.data();
@@ -220,9 +220,7 @@ HttpError Exchange::transportError(CURLcode result) const {
     return errorFor(failure, cause, lastUrl == nullptr ? "" : hostIn(lastUrl));
 }
 
-void Exchange::deliver() try {
-    completionHandler_(std::move(*result_));
-} catch (const std::bad_alloc&) {
+void Exchange::deliver() try { completionHandler_(std::move(*result_)); } catch (const std::bad_alloc&) {
     // The other exchanges go on.
 }
 

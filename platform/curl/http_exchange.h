@@ -37,13 +37,13 @@ class Exchange {
     // The exchange that a handle belongs to.
     [[nodiscard]] static Exchange& of(CURL* handle);
 
-    // When the exchange is given up if nothing moves any more.
+    // When the exchange times out if nothing moves until then.
     [[nodiscard]] Clock::time_point deadline() const;
 
     // Notes what has moved, and ends the exchange when it is too large or its deadline was before `polledAt`.
     void check(Clock::time_point polledAt);
 
-    // Time in which the session did not look at the exchange is no idle time.
+    // Time in which the session handled other answers is not idle time.
     void postponeDeadline(Clock::duration by) { lastActivity_ += by; }
 
     void end(CURLcode result);

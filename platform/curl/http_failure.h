@@ -36,7 +36,7 @@ inline constexpr Failure untrustedServer{
 // The failure that a result of libcurl's other than CURLE_OK means by itself.
 [[nodiscard]] Failure failureOf(CURLcode result);
 
-// `cause` is what is known more closely, and `host` whom a failure's sentence may speak of.
+// `cause` is the detailed reason; `host` replaces the % in the sentence.
 [[nodiscard]] HttpError errorFor(Failure failure, std::string_view cause, std::string_view host = {});
 
 }  // namespace platform

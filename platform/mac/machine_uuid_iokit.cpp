@@ -10,7 +10,7 @@ namespace platform {
 namespace {
 
 coreFoundation::Owned<CFTypeRef> platformUuidProperty() {
-    // The look-up takes the dictionary over, so it is not ours to release; without one, it finds nothing by itself.
+    // The look-up releases the dictionary. With a null dictionary it finds nothing.
     const io_service_t platformExpert =
         IOServiceGetMatchingService(kIOMainPortDefault, IOServiceMatching("IOPlatformExpertDevice"));
     if (platformExpert == IO_OBJECT_NULL) return {};

@@ -1,4 +1,4 @@
-// The proxies of System Settings, by CFNetwork. What only a script can tell is passed over.
+// The proxies of System Settings, by CFNetwork. Proxies that a script chooses are ignored.
 #include "platform/curl/system_proxy.h"
 
 #include <CFNetwork/CFNetwork.h>
@@ -18,7 +18,7 @@ std::optional<std::string> addressOf(CFDictionaryRef proxy) {
     const CFTypeRef type = CFDictionaryGetValue(proxy, kCFProxyTypeKey);
     const auto is = [type](CFStringRef kind) { return type != nullptr && CFEqual(type, kind); };
     if (is(kCFProxyTypeNone)) return "";
-    // The proxy for websites under TLS is an ordinary one as well, which passes their connections on.
+    // The proxy for https websites is itself reached by plain HTTP and forwards the connections.
     const bool isHttp = is(kCFProxyTypeHTTP) || is(kCFProxyTypeHTTPS);
     if (!isHttp && !is(kCFProxyTypeSOCKS)) return std::nullopt;
 

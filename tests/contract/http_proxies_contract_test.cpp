@@ -36,6 +36,26 @@ TEST(HttpSession, SendsARequestThroughTheSystemsProxy) {
     EXPECT_EQ(proxy.requests().front().body(), "{\"a\":1}");
 }
 
+TEST(HttpSession, FollowsARedirectThroughTheSystemsProxy) {
+    const ScriptedServer proxy(
+        inTurn({{Send{answerBytes(302, "", {"Location: http://website.invalid/b"})}}, {Send{answerBytes(200, "b")}}}));
+    named = proxy.url("");
+
+    expectAnswer(resultOf(post("http://website.invalid/a")), 200, "b");
+
+    EXPECT_EQ(proxy.requests().size(), 2U);
+}
+
+TEST(HttpSession, ReportsAProxyThatIsNotFound) {
+    named = "http://proxy.invalid:1";
+    const Result result = resultOf(post("http://website.invalid/"));
+    ASSERT_TRUE(result.error.has_value());
+    // Without a network the machine is offline instead.
+    EXPECT_TRUE(result.error->details.starts_with("NSURLErrorDomain -1003 ") ||
+                result.error->details.starts_with("NSURLErrorDomain -1009 "))
+        << result.error->details;
+}
+
 TEST(HttpSession, AsksTheProxyForATunnelToAnHttpsWebsiteAndReportsARefusal) {
     const ScriptedServer proxy(always({Send{answerBytes(407, "who?", {"Proxy-Authenticate: Basic realm=\"r\""})}}));
     named = proxy.url("");

@@ -1,4 +1,5 @@
-// The store in QSettings' INI file: ~/.config/velmora/hardware-detector.conf.
+// The store in QSettings' INI file: ~/.config/velmora/hardware-detector.conf. The toolkit waits half a minute at most
+// for another process that is storing.
 #include "platform/user_defaults.h"
 
 #include <fcntl.h>
