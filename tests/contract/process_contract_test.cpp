@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -122,7 +123,10 @@ TEST(Process, ASignalThatInterruptsTheWaitChangesNothing) {
     interrupting.sa_handler = [](int) {};  // Without SA_RESTART.
     Action before{};
     ASSERT_EQ(sigaction(SIGUSR1, &interrupting, &before), 0);
-    for (int round = 0; round < 20; ++round) EXPECT_EQ(shell("kill -USR1 $PPID; echo line"), "line\n");
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_EQ(shell("kill -USR1 $PPID; echo line"), "line\n");
+        EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child is left that nobody has waited for";
+    }
     sigaction(SIGUSR1, &before, nullptr);
 }
 

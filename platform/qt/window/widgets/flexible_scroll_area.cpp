@@ -64,9 +64,7 @@ QSize FlexibleScrollArea::minimumSizeHint() const { return {0, smallestHeight}; 
 
 // The content's size may change by itself: a longer value takes more lines.
 bool FlexibleScrollArea::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == widget() && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize)) {
-        updateGeometry();
-    }
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize) updateGeometry();
     return QScrollArea::eventFilter(watched, event);
 }
 
