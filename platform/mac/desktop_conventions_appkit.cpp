@@ -17,7 +17,7 @@ constexpr long noSeparator = 1;
 
 }  // namespace
 
-// Not by the toolkit's flags, which leave the title and extend the content below the title bar.
+// Not by the toolkit's flags: by its documentation they leave the title and extend the content below the title bar.
 void dress(QWidget& window) {
     const id view = reinterpret_cast<id>(window.winId());
     const id native = objectiveC::send<id>(view, "window");
@@ -38,6 +38,8 @@ void addMenus() {
     static QMenuBar* const menuBar = makeMenuBar();
     static_cast<void>(menuBar);
 }
+
+bool usesThePlatformsScrollBars() { return true; }
 
 bool applicationEndsWithItsWindow() { return false; }
 

@@ -17,6 +17,7 @@
 #include "app/hardware_detector_app.h"
 #include "app/website_base_url.h"
 #include "platform/mac/menu_bar.h"
+#include "platform/qt/window/widgets/flexible_scroll_area.h"
 #include "platform/qt/window/window_opener.h"
 #include "tests/fakes/fakes.h"
 #include "tests/mac/fakes/objective_c.h"
@@ -68,6 +69,12 @@ TEST_F(MacWindow, ItsFirstFrameIsOnScreenWhenItAppears) {
     window.show();
     ASSERT_TRUE(QTest::qWaitFor([&] { return messages.has_value(); }, 30'000));
     EXPECT_EQ(Lines(messages->end() - 2, messages->end()), (Lines{"view displayIfNeeded", "CATransaction flush"}));
+}
+
+TEST_F(MacWindow, ItsListHasThePlatformsScrollBar) {
+    const platform::FlexibleScrollArea list;
+    EXPECT_EQ(list.verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+    for (const QObject* part : list.children()) EXPECT_EQ(dynamic_cast<const platform::SlimScrollBar*>(part), nullptr);
 }
 
 // The application with its window and menus.

@@ -1,6 +1,5 @@
 // Operating the window: pressing, moving the focus, scrolling, typing, moving and closing it.
 #include <QMouseEvent>
-#include <QProxyStyle>
 #include <QScrollBar>
 #include <QStyleHints>
 #include <QTest>
@@ -176,39 +175,6 @@ TEST_F(WindowOperation, TheListIsScrolledByWheelAndScrollBar) {
     QTest::mouseMove(window_.windowHandle(), QPoint(top.x(), area.bottom()));
     EXPECT_EQ(bar->value(), bar->maximum());
     QTest::mouseRelease(window_.windowHandle(), Qt::LeftButton, {}, QPoint(top.x(), area.bottom()));
-}
-
-// Like macOS.
-class OverlayScrollBars : public QProxyStyle {
-  public:
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* result) const override {
-        return hint == SH_ScrollBar_Transient ? 1 : QProxyStyle::styleHint(hint, option, widget, result);
-    }
-    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-        const bool isOverlap = metric == PM_ScrollView_ScrollBarOverlap;
-        return QProxyStyle::pixelMetric(isOverlap ? PM_ScrollBarExtent : metric, option, widget);
-    }
-};
-
-TEST_F(WindowOperation, TheListUsesThePlatformsOverlayScrollBar) {
-    const auto slimBars = [this] {
-        const QList<QWidget*> parts = list()->findChildren<QWidget*>();
-        return std::count_if(parts.begin(), parts.end(),
-                             [](QWidget* part) { return dynamic_cast<platform::SlimScrollBar*>(part) != nullptr; });
-    };
-    show(recordOfLength(1'000));
-    EXPECT_EQ(slimBars(), 1);
-    EXPECT_FALSE(list()->verticalScrollBar()->isVisible());
-    const QString before = QApplication::style()->name();
-    QApplication::setStyle(new OverlayScrollBars);
-    view_.detectedHardware.set(std::nullopt);
-    settle();
-    show(recordOfLength(1'000));
-    EXPECT_EQ(slimBars(), 0);
-    EXPECT_TRUE(list()->verticalScrollBar()->isVisible());
-    EXPECT_EQ(list()->viewport()->width(), list()->width());
-    QApplication::setStyle(before);
 }
 
 TEST_F(WindowOperation, TabSkipsAListThatNeedsNoScrolling) {

@@ -15,6 +15,9 @@ void putOnScreen(QWidget& window);
 // Call once, before the first window opens. Adds the application's menus where the desktop has such.
 void addMenus();
 
+// Whether lists have the platform's scroll bars, not slim ones of our own that lie over the content.
+[[nodiscard]] bool usesThePlatformsScrollBars();
+
 // Whether the application ends when its window is closed. Otherwise activating it opens the window again.
 [[nodiscard]] bool applicationEndsWithItsWindow();
 

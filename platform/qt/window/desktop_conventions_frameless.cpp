@@ -19,6 +19,8 @@ void putOnScreen(QWidget&) {}
 
 void addMenus() {}
 
+bool usesThePlatformsScrollBars() { return false; }
+
 bool applicationEndsWithItsWindow() { return true; }
 
 }  // namespace platform::desktopConventions

@@ -3,8 +3,8 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyle>
 
+#include "platform/qt/window/desktop_conventions.h"
 #include "platform/qt/window/widgets/colors_and_fonts.h"
 
 namespace platform {
@@ -39,7 +39,7 @@ FlexibleScrollArea::FlexibleScrollArea() : focusRing_(new FocusRing(this)) {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    if (style()->styleHint(QStyle::SH_ScrollBar_Transient, nullptr, verticalScrollBar()) == 0) {
+    if (!desktopConventions::usesThePlatformsScrollBars()) {
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // It would take space from the content.
         slimBar_ = new SlimScrollBar(verticalScrollBar(), this);
     }

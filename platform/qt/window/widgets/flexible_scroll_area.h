@@ -22,7 +22,7 @@ class FlexibleScrollArea : public QScrollArea {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    SlimScrollBar* slimBar_ = nullptr;  // Null where the platform's own bar lies over the content.
+    SlimScrollBar* slimBar_ = nullptr;  // Null where the platform's own bar is used.
     QWidget* focusRing_;
 };
 
