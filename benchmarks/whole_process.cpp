@@ -91,7 +91,7 @@ class Bench {
         const auto window = ProgramWindow::waitFor(session_.display(), program.pid());
         require(window.has_value(), "no window came");
         waitForReports(program);
-        window->giveKeyboard();
+        window->focus();
         return *window;
     }
 
