@@ -104,12 +104,7 @@ class DelayedAnswer : public Surroundings {
   protected:
     void startAndSend(const Script& answer) {
         server_ = std::make_unique<ScriptedServer>(
-            [answer, free = release_.get_future().share()](const RecordedRequest& request) -> Script {
-                if (request.target() != "/save-detected-hardware/") return {Send{answerBytes(200, "{}")}};
-                free.wait();
-                return answer;
-            },
-            websitePort());
+            heldBack("/save-detected-hardware/", release_.get_future(), website(answer)), websitePort());
         program_ = std::make_unique<Program>(setting());
         window_ = std::make_unique<AccessibleProgram>(program_->pid());
         ASSERT_TRUE(press(*window_, "Detect Hardware"));

@@ -100,11 +100,8 @@ TEST_F(MainJob, CanBeDoneWithTheKeyboardAlone) {
 
 TEST_F(MainJob, EachBannerIsAnnouncedToScreenReaders) {
     std::promise<void> sendingWasAnnounced;
-    ScriptedServer server(
-        [&, announced = sendingWasAnnounced.get_future().share()](const RecordedRequest& request) -> Script {
-            if (request.target() == "/save-detected-hardware/") announced.wait();
-            return {Send{answerBytes(500, "{}")}};
-        },
+    const ScriptedServer server(
+        heldBack("/save-detected-hardware/", sendingWasAnnounced.get_future(), website({Send{answerBytes(500, "{}")}})),
         websitePort());
     Program program(setting());
     const AccessibleProgram window(program.pid());

@@ -45,12 +45,7 @@ TEST_F(Reports, TwoProgramsStartedAtOnceOnAFreshAccountShareOneDeviceId) {
 
 TEST_F(Reports, TheFirstFrameIsOnScreenBeforeTheInstallReportIsAnswered) {
     std::promise<void> frameWasSeen;
-    const ScriptedServer server(
-        [seen = frameWasSeen.get_future().share()](const RecordedRequest&) -> Script {
-            seen.wait();
-            return {Send{answerBytes(200, R"({"created": true})")}};
-        },
-        websitePort());
+    const ScriptedServer server(heldBack("/api/track-install/", frameWasSeen.get_future(), website({})), websitePort());
     WindowManager windowManager(session().display());
     const Program program(setting());
     ASSERT_TRUE(windowManager.waitForWindow());

@@ -18,6 +18,7 @@ namespace end_to_end {
 
 using testSupport::always;
 using testSupport::answerBytes;
+using testSupport::heldBack;
 using testSupport::HoldOpen;
 using testSupport::RecordedRequest;
 using testSupport::Responder;

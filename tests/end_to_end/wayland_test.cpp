@@ -87,12 +87,8 @@ TEST_P(WaylandAtScale, TheMainJobIsDoneInAWindowOf600By500WithoutTitleBar) {
 TEST_F(Wayland, TheWindowIsShownBeforeTheInstallReportIsAnswered) {
     const WaylandDesktop desktop;
     std::promise<void> windowWasSeen;
-    const ScriptedServer server(
-        [seen = windowWasSeen.get_future().share()](const RecordedRequest&) -> Script {
-            seen.wait();
-            return {Send{answerBytes(200, R"({"created": true})")}};
-        },
-        websitePort());
+    const ScriptedServer server(heldBack("/api/track-install/", windowWasSeen.get_future(), website({})),
+                                websitePort());
     Program program(settingOn(desktop));
     EXPECT_TRUE(server.waitForRequests(1));
     const std::string picture = home_.path() / "picture.png";

@@ -71,6 +71,14 @@ Responder inTurn(std::vector<Script> scripts) {
     };
 }
 
+Responder heldBack(std::string target, std::future<void> release, Responder responder) {
+    return [target = std::move(target), released = release.share(),
+            responder = std::move(responder)](const RecordedRequest& request) {
+        if (request.target() == target) released.wait_for(longestWait);
+        return responder(request);
+    };
+}
+
 std::string answerBytes(int statusCode, std::string_view body, const std::vector<std::string>& fields) {
     std::string bytes = "HTTP/1.1 " + std::to_string(statusCode) + " Reason\r\n";
     for (const std::string& field : fields) bytes += field + "\r\n";

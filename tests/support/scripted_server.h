@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,6 +41,8 @@ using Responder = std::function<Script(const RecordedRequest&)>;
 [[nodiscard]] Responder always(Script script);
 // The n-th request gets the n-th script; requests after the last script get the last one.
 [[nodiscard]] Responder inTurn(std::vector<Script> scripts);
+// Holds requests for `target` back until `release` is ready, or 30 seconds at most, so that a failed test ends.
+[[nodiscard]] Responder heldBack(std::string target, std::future<void> release, Responder responder);
 
 // A complete answer: status line, `fields` (without line breaks), Content-Length and body.
 [[nodiscard]] std::string answerBytes(int statusCode, std::string_view body,
