@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "submit/submission_response.h"
-#include "tests/end_to_end/random_cases/oracle.h"
+#include "tests/app/random_cases/oracle.h"
 #include "tests/fakes/fakes.h"
 #include "tests/fuzz/require.h"
 
@@ -62,23 +62,23 @@ std::string drawnValue(FuzzedDataProvider& provider) {
 }
 
 void compareWithOracle(FuzzedDataProvider& provider) {
-    end_to_end::Case round;
+    randomCases::Case round;
     round.status = provider.ConsumeBool() ? 200 : 500;
     if (provider.ConsumeBool()) round.members["success"] = provider.ConsumeBool() ? "true" : "false";
     for (const char* name : {"error", "hardware_id", "redirect_url"}) {
         if (provider.ConsumeBool()) round.members[name] = drawnValue(provider);
     }
     const std::string origin = "http://website.example";
-    const end_to_end::ExpectedBehaviour expected = end_to_end::expectedBehaviour(round, origin);
+    const randomCases::ExpectedBehaviour expected = randomCases::expectedBehaviour(round, origin);
 
     start();
     Submission submission(origin);
-    handleSubmissionResult(fakes::answered(round.status, end_to_end::bodyOf(round)), submission);
+    handleSubmissionResult(fakes::answered(round.status, randomCases::bodyOf(round)), submission);
     requireGeneralRules(submission);
     fuzz::require(submission.succeeded == expected.ends, "another verdict");
     const auto text = [](const std::vector<std::string>& pages) { return pages.empty() ? "none" : pages.front(); };
     const std::string pages = text(machine().pagesAsked) + " instead of " + text(expected.pages);
-    fuzz::require(machine().pagesAsked == expected.pages, (pages + "\n" + end_to_end::literalOf(round)).c_str());
+    fuzz::require(machine().pagesAsked == expected.pages, (pages + "\n" + randomCases::literalOf(round)).c_str());
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "hardware/hardware_detector.h"
-#include "tests/end_to_end/random_cases/oracle.h"
+#include "tests/app/random_cases/oracle.h"
 #include "tests/fakes/fakes.h"
 #include "tests/fuzz/require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider provider(data, size);
-    end_to_end::Case round;
+    randomCases::Case round;
     round.brand = provider.ConsumeRandomLengthString();
     round.memory = provider.ConsumeRandomLengthString();
     round.disk = provider.ConsumeRandomLengthString();
@@ -29,6 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                             found.graphicsCard + " " + std::to_string(found.gpuMemory) + "GB",
                                             std::to_string(found.ramGB) + " GB " + found.ramType,
                                             std::to_string(found.storageGB) + " GB " + found.storageType};
-    fuzz::require(shown == end_to_end::expectedBehaviour(round, "http://h").values, "the record is another one");
+    fuzz::require(shown == randomCases::expectedBehaviour(round, "http://h").values, "the record is another one");
     return 0;
 }

@@ -1,8 +1,8 @@
-#include "tests/end_to_end/random_cases/case_generator.h"
+#include "tests/app/random_cases/case_generator.h"
 
 #include <array>
 
-namespace end_to_end {
+namespace randomCases {
 
 std::string CaseGenerator::blanks() {
     return oneOf({"", "", " ", " ", "  ", "\t", "\u00A0", "\u2003", "\u3000", " \t "});
@@ -140,4 +140,4 @@ Case CaseGenerator::next() {
     return round;
 }
 
-}  // namespace end_to_end
+}  // namespace randomCases

@@ -1,6 +1,6 @@
-#include "tests/end_to_end/random_cases/plain_text.h"
+#include "tests/app/random_cases/plain_text.h"
 
-namespace end_to_end {
+namespace randomCases {
 
 bool isBlank(char32_t c) {
     return c == ' ' || c == '\t' || c == 0xA0 || c == 0x1680 || (c >= 0x2000 && c <= 0x200A) || c == 0x202F ||
@@ -70,4 +70,4 @@ std::optional<std::string> stringIn(const std::string& json) {
     return encoded(text);
 }
 
-}  // namespace end_to_end
+}  // namespace randomCases

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace end_to_end {
+namespace randomCases {
 
 struct Case {
     // The outputs of the five commands.
@@ -33,4 +33,4 @@ struct Case {
 // Simpler variants of the case, each with one part removed or shortened.
 [[nodiscard]] std::vector<Case> simplerThan(const Case& round);
 
-}  // namespace end_to_end
+}  // namespace randomCases

@@ -1,8 +1,8 @@
-#include "tests/end_to_end/random_cases/case.h"
+#include "tests/app/random_cases/case.h"
 
 #include <cstdio>
 
-namespace end_to_end {
+namespace randomCases {
 
 namespace {
 
@@ -79,4 +79,4 @@ std::vector<Case> simplerThan(const Case& round) {
     return simpler;
 }
 
-}  // namespace end_to_end
+}  // namespace randomCases

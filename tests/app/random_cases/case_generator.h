@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <random>
 
-#include "tests/end_to_end/random_cases/case.h"
+#include "tests/app/random_cases/case.h"
 
-namespace end_to_end {
+namespace randomCases {
 
 // The same seed gives the same cases on every system.
 class CaseGenerator {
@@ -36,4 +36,4 @@ class CaseGenerator {
     std::mt19937_64 random_;
 };
 
-}  // namespace end_to_end
+}  // namespace randomCases

@@ -7,7 +7,7 @@
 
 #include "tests/support/utf8.h"
 
-namespace end_to_end {
+namespace randomCases {
 
 using Text = std::u32string;
 
@@ -28,4 +28,4 @@ using testSupport::encoded;
 // The text of a JSON string; absent for other values. Supports only the escapes that the generator uses.
 [[nodiscard]] std::optional<std::string> stringIn(const std::string& json);
 
-}  // namespace end_to_end
+}  // namespace randomCases

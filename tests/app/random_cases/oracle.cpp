@@ -1,12 +1,12 @@
-#include "tests/end_to_end/random_cases/oracle.h"
+#include "tests/app/random_cases/oracle.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <optional>
 
-#include "tests/end_to_end/random_cases/plain_text.h"
+#include "tests/app/random_cases/plain_text.h"
 
-namespace end_to_end {
+namespace randomCases {
 
 namespace {
 
@@ -129,20 +129,6 @@ Verdict verdict(const Case& round, std::vector<std::string>& log) {
     return verdict;
 }
 
-// Splits messages with line breaks into lines.
-std::vector<std::string> linesOf(const std::vector<std::string>& messages) {
-    std::vector<std::string> lines;
-    for (const std::string& message : messages) {
-        std::size_t start = 0;
-        for (std::size_t end = message.find('\n'); end != std::string::npos; end = message.find('\n', start)) {
-            lines.push_back(message.substr(start, end - start));
-            start = end + 1;
-        }
-        lines.push_back(message.substr(start));
-    }
-    return lines;
-}
-
 }  // namespace
 
 ExpectedBehaviour expectedBehaviour(const Case& round, const std::string& base) {
@@ -173,10 +159,8 @@ ExpectedBehaviour expectedBehaviour(const Case& round, const std::string& base) 
                     R"(,"storage_type":"SSD","directx_version":"Not Applicable","gpu_memory":4})";
 
     const std::string address = base + round.addressTail;
-    const std::string endpoint = address + "/save-detected-hardware/";
-    expected.target = endpoint.substr(base.size());
-    if (expected.target[0] == '?') expected.target = "/" + expected.target;
-    expected.log = {"📤 Sending hardware data to: " + endpoint};
+    expected.endpoint = address + "/save-detected-hardware/";
+    expected.log = {"📤 Sending hardware data to: " + expected.endpoint};
     const Verdict result = verdict(round, expected.log);
     std::optional<std::string> opened;
     if (result.accepted) opened = page(round, address, expected.log);
@@ -192,8 +176,7 @@ ExpectedBehaviour expectedBehaviour(const Case& round, const std::string& base) 
     if (!result.accepted) {
         expected.log.emplace_back("❌ Failed to send hardware data. Check the console output above for details.");
     }
-    expected.log = linesOf(expected.log);
     return expected;
 }
 
-}  // namespace end_to_end
+}  // namespace randomCases

@@ -1,8 +1,8 @@
-#include "tests/end_to_end/random_cases/case_generator.h"
+#include "tests/app/random_cases/case_generator.h"
 
 #include <gtest/gtest.h>
 
-namespace end_to_end {
+namespace randomCases {
 namespace {
 
 TEST(CaseGenerator, DrawsTheSameCasesFromTheSameSeed) {
@@ -21,4 +21,4 @@ TEST(CaseGenerator, SimplifiesEachCase) {
 }
 
 }  // namespace
-}  // namespace end_to_end
+}  // namespace randomCases

@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "tests/end_to_end/random_cases/case.h"
+#include "tests/app/random_cases/case.h"
 
-namespace end_to_end {
+namespace randomCases {
 
 struct ExpectedBehaviour {
     std::vector<std::string> values;  // The five rows.
-    std::string target;               // The submission's path and query.
+    std::string endpoint;             // The address of the submission.
     std::string body;                 // The submission's body.
     std::vector<std::string> log;     // The log of the submission.
     std::string banner;
@@ -21,4 +21,4 @@ struct ExpectedBehaviour {
 // `base` is the website's address without a trailing slash.
 [[nodiscard]] ExpectedBehaviour expectedBehaviour(const Case& round, const std::string& base);
 
-}  // namespace end_to_end
+}  // namespace randomCases
