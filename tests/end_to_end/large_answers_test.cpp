@@ -12,7 +12,7 @@
 namespace end_to_end {
 namespace {
 
-constexpr std::size_t size = std::size_t{32} << 20;
+constexpr std::size_t mebibyte = std::size_t{1} << 20;
 
 struct Shape {
     const char* name;
@@ -29,7 +29,7 @@ std::string bodyOf(const Shape& shape) {
     std::string block;
     while (block.size() < 65536) block += shape.repeated;
     std::string body = shape.beginning;
-    while (body.size() < size) body += block;
+    while (body.size() < 8 * mebibyte) body += block;
     return body + shape.end;
 }
 
@@ -67,7 +67,7 @@ TEST_P(LargeAnswer, TakesAtMostThreeTimesItsSize) {
     }));
     const std::size_t taken = peakMemoryOf(program) - before;
     RecordProperty("percent_of_the_size", static_cast<int>(100 * taken / body.size()));
-    EXPECT_LE(taken, 3 * body.size() + (std::size_t{1} << 20));
+    EXPECT_LE(taken, 3 * body.size() + mebibyte);
     EXPECT_GE(taken, body.size() / 2) << "the answer was not read";
 }
 
@@ -120,8 +120,8 @@ class DelayedAnswer : public Surroundings {
 
 TEST_F(DelayedAnswer, AnAnswerTooLargeForMemoryFailsAndTheProgramGoesOn) {
     SKIP_WITH_SANITIZERS;
-    startAndSend({Send{answerBytes(200, std::string(size, 'x'))}});
-    leaveMemory(*program_, size / 2);
+    startAndSend({Send{answerBytes(200, std::string(32 * mebibyte, 'x'))}});
+    leaveMemory(*program_, 16 * mebibyte);
     release_.set_value();
     EXPECT_TRUE(shows(*window_, "Error: Failed to send hardware data. Check the console for details."));
     EXPECT_TRUE(program_->waitForLine("❌ Network error: cannot parse response"));
@@ -137,7 +137,6 @@ TEST_F(DelayedAnswer, AGzipBombIsRefusedWhileTheWindowResponds) {
     ASSERT_TRUE(press(*window_, "Detect Hardware"));
     ASSERT_TRUE(shows(*window_, "Hardware detected successfully!"));
     const std::size_t peak = peakMemoryOf(*program_);
-    constexpr std::size_t mebibyte = std::size_t{1} << 20;
     RecordProperty("peak_mebibytes", static_cast<int>(peak / mebibyte));
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     EXPECT_LT(peak, (256 + 128) * mebibyte);  // The largest answer and the program.
