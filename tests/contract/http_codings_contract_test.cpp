@@ -8,7 +8,6 @@
 #include "tests/contract/http_requests.h"
 #include "tests/support/gzip_bomb.h"
 #include "tests/support/scripted_server.h"
-#include "tests/support/shell.h"
 
 namespace {
 
@@ -67,23 +66,17 @@ TEST(HttpSession, DeliversTheDecodablePartOfATruncatedCodedBody) {
     expectAnswer(resultOfCoded("gzip", gzipText.substr(0, gzipText.size() - 1)), 200, plainText);
 }
 
-// `count` zero bytes in gzip.
-std::string gzipOfZeros(std::size_t count) {
-    return shell("head -c " + std::to_string(count) + " /dev/zero | gzip -1").output;
-}
-
 constexpr std::size_t largestBody = std::size_t{256} << 20;
 
 TEST(HttpSession, DecodesABodyOfTheLargestSize) {
-    const Result result = resultOfCoded("gzip", gzipOfZeros(largestBody));
+    const Result result = resultOfCoded("deflate", deflateOfZeros(largestBody));
 
     ASSERT_TRUE(result.answer.has_value());
-    EXPECT_EQ(result.answer->body.size(), largestBody);
-    EXPECT_EQ(result.answer->body.find_first_not_of('\0'), std::string::npos);
+    EXPECT_TRUE(result.answer->body == std::string(largestBody, '\0'));
 }
 
 TEST(HttpSession, ReportsABodyThatDecodesToMoreThanTheLargestSize) {
-    expectError(resultOfCoded("gzip", gzipOfZeros(largestBody + 1)), -1103, "resource exceeds maximum size");
+    expectError(resultOfCoded("deflate", deflateOfZeros(largestBody + 1)), -1103, "resource exceeds maximum size");
 
     const ScriptedServer endless(always(gzipBomb()));
     expectError(resultOf(post(endless.url("/"))), -1103, "resource exceeds maximum size");
