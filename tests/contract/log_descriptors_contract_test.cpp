@@ -75,7 +75,7 @@ TEST(LogDescriptors, LinesOfSeveralThreadsAreNotMixed) {
     EXPECT_EQ(counts.size(), 16U);
     for (const char letter : {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h'}) {
         EXPECT_EQ((counts[{200'000, letter}]), 1) << letter;  // More than a pipe holds.
-        EXPECT_EQ((counts[{10'000, letter}]), 500) << letter;
+        EXPECT_EQ((counts[{10'000, letter}]), 50) << letter;
     }
 }
 
