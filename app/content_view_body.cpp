@@ -46,8 +46,7 @@ View statusBanner(const std::string& message, ContentView::StatusType type) {
                   })
         .padding()
         .stretch()
-        .background(look.color, tint)
-        .cornerRadius(cornerRadius)
+        .background(look.color, tint, cornerRadius)
         .announced();
 }
 
@@ -72,9 +71,8 @@ View actionLabel(bool isBusy, const char* busyText, const char* idleText, Color 
                })
         .stretch()
         .padding()
-        .background(fill)
-        .foreground(Color::white)
-        .cornerRadius(cornerRadius);
+        .background(fill, 1, cornerRadius)
+        .foreground(Color::white);
 }
 
 View detectButton(const ContentView& view) {
@@ -112,8 +110,7 @@ View hardwareList(const HardwareInfo& hardware) {
                            {vstack(Alignment::leading, 12, std::move(lines))
                                 .padding()
                                 .stretch(Alignment::leading)
-                                .background(Color::gray, tint)
-                                .cornerRadius(cornerRadius)}})
+                                .background(Color::gray, tint, cornerRadius)}})
         .padding(Edges::horizontal);
 }
 

@@ -1,9 +1,9 @@
 // The window, described as plain data.
 //
-// A view is a value, built anew from the state at each change. The back end updates the window in place, so that focus,
-// caret and half-typed text stay. Only an element of another kind, with other modifiers, another number of children or
-// another spacing, alignment or width replaces the one in its slot. After an action or a field's change, the window is
-// updated before any more input. Lengths are in points: logical pixels. Main thread only, except Cell::get.
+// A view is a value, built anew from the state at each change. The back end updates the window at once and in place, so
+// that the next input meets the new state, and focus, caret and half-typed text stay. Only an element of another kind,
+// with other modifiers, another number of children or another spacing, alignment or width replaces the one in its slot.
+// Lengths are in points: logical pixels. Main thread only, except Cell::get.
 #pragma once
 
 #include <functional>
@@ -99,9 +99,7 @@ struct Frame {  // A fixed width, its content aligned in it.
 struct Background {
     Color color;
     double opacity;
-};
-struct CornerRadius {
-    int radius;
+    int cornerRadius;
 };
 struct Foreground {  // The colour of every text and indicator inside that names none.
     Color color;
@@ -116,8 +114,7 @@ struct OnAppear {  // On the outermost view: called after the first frame each t
     std::function<void()> action;
 };
 
-using Modifier =
-    std::variant<Padding, Stretch, Frame, Background, CornerRadius, Foreground, Disabled, Spoken, OnAppear>;
+using Modifier = std::variant<Padding, Stretch, Frame, Background, Foreground, Disabled, Spoken, OnAppear>;
 
 class View {
   public:
@@ -138,10 +135,9 @@ class View {
     [[nodiscard]] View frame(int width, Alignment alignment) && {
         return std::move(*this).with(Frame{width, alignment});
     }
-    [[nodiscard]] View background(Color color, double opacity = 1) && {
-        return std::move(*this).with(Background{color, opacity});
+    [[nodiscard]] View background(Color color, double opacity, int cornerRadius) && {
+        return std::move(*this).with(Background{color, opacity, cornerRadius});
     }
-    [[nodiscard]] View cornerRadius(int radius) && { return std::move(*this).with(CornerRadius{radius}); }
     [[nodiscard]] View foreground(Color color) && { return std::move(*this).with(Foreground{color}); }
     [[nodiscard]] View disabled(bool isDisabled) && { return std::move(*this).with(Disabled{isDisabled}); }
     [[nodiscard]] View spokenAsOne() && { return std::move(*this).with(Spoken{false}); }

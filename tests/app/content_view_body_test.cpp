@@ -36,7 +36,7 @@ TEST_F(ContentViewBody, ShowsOnlyHeaderAddressAndDetectButtonAtLaunch) {
     text "Website URL:" headline
     field "https://www.velmora.example" (https://your-website.example) named Website URL:
   button | enabled | padding horizontal 16
-    hstack center 8 | stretch center | padding all 16 | background blue 1.0 | foreground white | corners 8
+    hstack center 8 | stretch center | padding all 16 | background blue 1.0 corners 8 | foreground white
       nothing
       text "Detect Hardware" body
   nothing
@@ -48,7 +48,7 @@ TEST_F(ContentViewBody, ShowsOnlyHeaderAddressAndDetectButtonAtLaunch) {
 TEST_F(ContentViewBody, ListsTheHardwareInFiveRowsWithTheSendButtonBelow) {
     listHardware();
     EXPECT_TRUE(shows(R"(  scroll max 200 | padding horizontal 16
-    vstack leading 12 | padding all 16 | stretch leading | background gray 0.1 | corners 8
+    vstack leading 12 | padding all 16 | stretch leading | background gray 0.1 corners 8
       text "Detected Hardware:" headline
       hstack center 8 | spoken as one
         text "OS:" body semibold | width 120 leading
@@ -71,7 +71,7 @@ TEST_F(ContentViewBody, ListsTheHardwareInFiveRowsWithTheSendButtonBelow) {
         text "494 GB SSD" body secondary
         spacer
   button | enabled | padding horizontal 16
-    hstack center 8 | stretch center | padding all 16 | background green 1.0 | foreground white | corners 8
+    hstack center 8 | stretch center | padding all 16 | background green 1.0 corners 8 | foreground white
       nothing
       text "Send to Website" body
   spacer
@@ -103,7 +103,7 @@ TEST_F(ContentViewBody, TheBannerHasTheSymbolAndColourOfItsType) {
         view_.statusType.set(row.type);
         view_.statusMessage.set("<b>words</b>");
         EXPECT_TRUE(shows(std::string("  hstack center 8 | padding all 16 | stretch center | ") + row.background +
-                          " | corners 8 | announced\n    " + row.symbol +
+                          " corners 8 | announced\n    " + row.symbol +
                           "\n    text \"<b>words</b>\" subheadline primary\n"))
             << outline();
     }

@@ -54,9 +54,9 @@ struct ModifierText {
         return "width " + std::to_string(frame.width) + " " + nameOf(frame.alignment);
     }
     std::string operator()(const Background& background) const {
-        return "background " + nameOf(background.color) + " " + std::to_string(background.opacity).substr(0, 3);
+        return "background " + nameOf(background.color) + " " + std::to_string(background.opacity).substr(0, 3) +
+               " corners " + std::to_string(background.cornerRadius);
     }
-    std::string operator()(const CornerRadius& corners) const { return "corners " + std::to_string(corners.radius); }
     std::string operator()(const Foreground& foreground) const { return "foreground " + nameOf(foreground.color); }
     std::string operator()(const Disabled& disabled) const { return disabled.disabled ? "disabled" : "enabled"; }
     std::string operator()(const Spoken& spoken) const { return spoken.announced ? "announced" : "spoken as one"; }

@@ -113,21 +113,16 @@ TEST_F(WindowPictures, ShowAWrongSize) {
     EXPECT_FALSE(isAsItShouldBe("detected"));
 }
 
-TEST_F(WindowPictures, ShowAWrongRadius) {
+TEST_F(WindowPictures, ShowAWrongRadiusColourOrOpacity) {
+    using platform::Background;
     bringAbout("detected");
-    auto* box = dynamic_cast<platform::Box*>(bannerAround("Hardware detected successfully!"));
-    box->setLook({QMargins(16, 16, 16, 16), platform::Background{platform::Color::green, 0.1}, 8});
+    platform::Box* banner = bannerAround("Hardware detected successfully!");
+    banner->setModifier(Background{platform::Color::green, 0.1, 8});
     EXPECT_TRUE(isAsItShouldBe("detected"));
-    box->setLook({QMargins(16, 16, 16, 16), platform::Background{platform::Color::green, 0.1}, 5});
-    EXPECT_FALSE(isAsItShouldBe("detected"));
-}
-
-TEST_F(WindowPictures, ShowAWrongColourAndAWrongOpacity) {
-    bringAbout("detected");
-    auto* box = dynamic_cast<platform::Box*>(bannerAround("Hardware detected successfully!"));
-    for (const platform::Background& wrong :
-         {platform::Background{platform::Color::blue, 0.1}, platform::Background{platform::Color::green, 0.15}}) {
-        box->setLook({QMargins(16, 16, 16, 16), wrong, 8});
+    for (const Background& wrong :
+         {Background{platform::Color::green, 0.1, 5}, Background{platform::Color::blue, 0.1, 8},
+          Background{platform::Color::green, 0.15, 8}}) {
+        banner->setModifier(wrong);
         EXPECT_FALSE(isAsItShouldBe("detected"));
     }
 }

@@ -4,9 +4,9 @@
 #include <QLabel>
 #include <QTest>
 
-#include "platform/qt/window/widgets/box.h"
-
 namespace window_test {
+
+using platform::Box;
 
 namespace {
 
@@ -69,10 +69,12 @@ QLineEdit* ShownWindow::field() const { return window_.findChild<QLineEdit*>(); 
 
 QScrollArea* ShownWindow::list() const { return window_.findChild<QScrollArea*>(); }
 
-QWidget* ShownWindow::bannerAround(const std::string& message) const {
-    QWidget* around = label(message);
-    while (around != nullptr && dynamic_cast<platform::Box*>(around) == nullptr) around = around->parentWidget();
-    return around;
+Box* ShownWindow::bannerAround(const std::string& message) const {
+    QWidget* const text = label(message);
+    if (text == nullptr) return nullptr;
+    QWidget* around = text->parentWidget();  // The stack of symbol and message.
+    while (dynamic_cast<Box*>(around->parentWidget()) != nullptr) around = around->parentWidget();
+    return dynamic_cast<Box*>(around);
 }
 
 QRect ShownWindow::placeOf(const QWidget* widget) const {

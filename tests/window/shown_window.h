@@ -13,6 +13,7 @@
 
 #include "app/content_view.h"
 #include "platform/qt/window/main_window.h"
+#include "platform/qt/window/widgets/box.h"
 #include "tests/fakes/fakes.h"
 
 namespace window_test {
@@ -38,8 +39,8 @@ class ShownWindow : public testing::Test {
     [[nodiscard]] QAbstractButton* button(const std::string& text) const;
     [[nodiscard]] QLineEdit* field() const;
     [[nodiscard]] QScrollArea* list() const;
-    // The banner: the nearest box around the message; null if it is not shown.
-    [[nodiscard]] QWidget* bannerAround(const std::string& message) const;
+    // The coloured banner around the message; null if it is not shown.
+    [[nodiscard]] platform::Box* bannerAround(const std::string& message) const;
 
     // A widget's place in the window.
     [[nodiscard]] QRect placeOf(const QWidget* widget) const;

@@ -12,8 +12,8 @@ MainWindow::MainWindow(const WindowDescription& scene)
     : QWidget(nullptr, Qt::Window),
       content_(scene.content()),
       shown_(content_.body()),
-      rendered_(shown_, this, surroundings()) {
-    content_.changes.observe([this] { renderSoon(); });
+      rendered_(shown_, this, Color::primary) {
+    content_.changes.observe([this] { render(); });
     setWindowTitle(QString::fromStdString(scene.name));
     setFixedSize(scene.width, scene.height);
     auto* layout = new QVBoxLayout(this);
@@ -24,31 +24,21 @@ MainWindow::MainWindow(const WindowDescription& scene)
 
 MainWindow::~MainWindow() { content_.changes.observe({}); }
 
-RenderedView::Surroundings MainWindow::surroundings() {
-    return {.foreground = Color::primary, .afterInput = [this] { bringUpToDate(); }};
-}
-
-void MainWindow::renderSoon() {
-    if (std::exchange(isOutOfDate_, true)) return;
-    QMetaObject::invokeMethod(
-        this, [this] { bringUpToDate(); }, Qt::QueuedConnection);
-}
-
-void MainWindow::bringUpToDate() {
-    if (!std::exchange(isOutOfDate_, false)) return;
+// At once, because the next input is meant for the new state.
+void MainWindow::render() {
     shown_ = content_.body();
     if (rendered_.fits(shown_)) {
-        rendered_.update(shown_, surroundings());
+        rendered_.update(shown_, Color::primary);
     } else {
         rendered_.remove();
-        rendered_ = RenderedView(shown_, this, surroundings());
+        rendered_ = RenderedView(shown_, this, Color::primary);
         layout()->addWidget(rendered_.widget());
     }
 }
 
 bool MainWindow::event(QEvent* event) {
     const bool handled = QWidget::event(event);
-    if (event->type() == QEvent::ApplicationFontChange) renderSoon();
+    if (event->type() == QEvent::ApplicationFontChange) render();
     return handled;
 }
 

@@ -24,18 +24,12 @@ class MainWindow : public QWidget {
   private:
     enum class Appearance { awaitsPaint, awaitsNextFrame, done };
 
-    // Changes are shown together: before the next frame, or before the next input if an action made them, because that
-    // input is meant for the new state.
-    void renderSoon();
-    void bringUpToDate();
-
-    [[nodiscard]] RenderedView::Surroundings surroundings();
+    void render();
     void appear();
 
     WindowDescription::Content content_;
     View shown_;
     RenderedView rendered_;
-    bool isOutOfDate_ = false;
     Appearance appearance_ = Appearance::done;
     std::optional<QPoint> grip_;  // Where the background is held while the window is dragged.
 };

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "platform/qt/window/modifier_boxes.h"
 #include "platform/qt/window/widgets/action_button.h"
 #include "platform/qt/window/widgets/address_field.h"
-#include "platform/qt/window/widgets/box.h"
 #include "platform/qt/window/widgets/flexible_scroll_area.h"
 #include "platform/qt/window/widgets/spinner.h"
 #include "platform/qt/window/widgets/spoken_group.h"
@@ -65,18 +63,9 @@ bool isBusy(const View& view) {
     return std::holds_alternative<ProgressIndicator>(view.element());
 }
 
-RenderedView::Surroundings inside(const View& view, RenderedView::Surroundings surroundings) {
-    if (const auto* foreground = modifierOf<Foreground>(view)) surroundings.foreground = foreground->color;
-    return surroundings;
-}
-
-// The field, with `after` called after each change.
-TextField withChangeThen(TextField field, std::function<void()> after) {
-    field.onChange = [change = std::move(field.onChange), after = std::move(after)](const std::string& text) {
-        change(text);
-        after();
-    };
-    return field;
+Color foregroundIn(const View& view, Color surrounding) {
+    const auto* foreground = modifierOf<Foreground>(view);
+    return foreground != nullptr ? foreground->color : surrounding;
 }
 
 // What a widget cannot change after it was made, as numbers: the kinds of element and modifiers, and how they place
@@ -115,15 +104,14 @@ Widget* placed(Widget* made, QWidget* parent) {
 
 }  // namespace
 
-RenderedView::RenderedView(const View& view, QWidget* parent, const Surroundings& surroundings)
-    : shape_(shapeOf(view)) {
-    make(view, parent, inside(view, surroundings));
-    update(view, surroundings);
+RenderedView::RenderedView(const View& view, QWidget* parent, Color foreground) : shape_(shapeOf(view)) {
+    make(view, parent, foregroundIn(view, foreground));
+    update(view, foreground);
 }
 
 bool RenderedView::fits(const View& view) const { return shapeOf(view) == shape_; }
 
-void RenderedView::make(const View& view, QWidget* parent, const Surroundings& surroundings) {
+void RenderedView::make(const View& view, QWidget* parent, Color foreground) {
     const View::Element& element = view.element();
     isEmptySlot_ = std::holds_alternative<Nothing>(element);
     if (std::holds_alternative<Text>(element)) {
@@ -137,44 +125,33 @@ void RenderedView::make(const View& view, QWidget* parent, const Surroundings& s
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
         const auto* spoken = modifierOf<Spoken>(view);
         own_ = spoken != nullptr ? placed(new SpokenGroup(spoken->announced), parent) : new QWidget(parent);
-        makeStack(*stack, surroundings);
+        auto* layout = new QBoxLayout(directionOf(*stack), own_);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSpacing(stack->spacing);
+        // Empty slots, which the first update fills.
+        children_.assign(stack->children.size(), RenderedView(View(Nothing{}), own_, foreground));
     } else if (const auto* button = std::get_if<Button>(&element)) {
         auto* made = placed(new ActionButton, parent);
         own_ = made;
-        children_.emplace_back(button->label.front(), made, surroundings);
+        children_.emplace_back(button->label.front(), made, foreground);
         made->setLabel(children_.front().widget());
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
         auto* made = placed(new FlexibleScrollArea, parent);
         own_ = made;
-        children_.emplace_back(area->content.front(), made->viewport(), surroundings);
+        children_.emplace_back(area->content.front(), made->viewport(), foreground);
         made->setWidget(children_.front().widget());
         made->widget()->installEventFilter(made);
         made->widget()->setAutoFillBackground(false);
     }
-
-    outermost_ = own_;
     if (own_ == nullptr) return;
-    bool fills = fillsWidth(View(element));
-    for (const Layer& layer : layersOf(view.modifiers())) {
-        auto* box = new Box(parent);
-        box->setContent(outermost_, fills ? Qt::Alignment() : layer.alignment.value_or(Qt::Alignment()));
-        if (layer.width) box->setFixedWidth(*layer.width);
-        fills = !layer.width && (fills || layer.stretches);
-        boxes_.push_back(box);
-        outermost_ = box;
-    }
-}
 
-void RenderedView::makeStack(const Stack& stack, const Surroundings& surroundings) {
-    auto* layout = new QBoxLayout(directionOf(stack), own_);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(stack.spacing);
-    children_.reserve(stack.children.size());
-    for (const View& child : stack.children) {
-        children_.emplace_back(child, own_, surroundings);
-        children_.back().insertInto(*layout, layout->count(), child, stack);
+    bool fills = fillsWidth(View(element));
+    for (const Modifier& modifier : view.modifiers()) {
+        if (!Box::shows(modifier)) continue;
+        boxes_.push_back(new Box(widget(), fills, modifier, parent));
+        if (std::holds_alternative<Frame>(modifier)) fills = false;
+        if (std::holds_alternative<Stretch>(modifier)) fills = true;
     }
-    labelFields();
 }
 
 // A field that has the name of the text before it is labelled by that text.
@@ -189,75 +166,74 @@ void RenderedView::labelFields() {
 void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack) {
     if (std::holds_alternative<Spacer>(view.element())) {
         layout.insertStretch(index, 1);
-    } else if (outermost_ != nullptr) {
+    } else if (widget() != nullptr) {
         const bool fills = fillsWidth(view);
         if (stack.axis == Axis::horizontal) {
-            layout.insertWidget(index, outermost_, fills ? 1 : 0, Qt::AlignVCenter);
+            layout.insertWidget(index, widget(), fills ? 1 : 0, Qt::AlignVCenter);
         } else {
-            layout.insertWidget(index, outermost_, 0, fills ? Qt::Alignment() : toolkitAlignment(stack.alignment));
+            layout.insertWidget(index, widget(), 0, fills ? Qt::Alignment() : toolkitAlignment(stack.alignment));
         }
+        if (widget()->parentWidget()->isVisible()) widget()->show();
     }
 }
 
-void RenderedView::updateStack(const Stack& stack, const Surroundings& surroundings) {
+void RenderedView::updateStack(const Stack& stack, Color foreground) {
     auto& layout = static_cast<QBoxLayout&>(*own_->layout());
     int index = 0;  // Of the layout's items: empty slots have none.
     for (std::size_t slot = 0; slot < stack.children.size(); ++slot) {
         RenderedView& rendered = children_[slot];
         const View& child = stack.children[slot];
         if (rendered.fits(child)) {
-            rendered.update(child, surroundings);
+            rendered.update(child, foreground);
         } else {
             if (!rendered.isEmptySlot_) delete layout.takeAt(index);
             rendered.remove();
-            rendered = RenderedView(child, own_, surroundings);
+            rendered = RenderedView(child, own_, foreground);
             rendered.insertInto(layout, index, child, stack);
-            if (rendered.widget() != nullptr) rendered.widget()->show();
             labelFields();
         }
         if (!std::holds_alternative<Nothing>(child.element())) ++index;
     }
 }
 
-void RenderedView::update(const View& view, const Surroundings& outer) {
-    const Surroundings surroundings = inside(view, outer);
+void RenderedView::update(const View& view, Color surrounding) {
+    const Color foreground = foregroundIn(view, surrounding);
     const View::Element& element = view.element();
     if (const auto* text = std::get_if<Text>(&element)) {
-        static_cast<TextLabel*>(own_)->setContent(*text, text->color.value_or(surroundings.foreground));
+        static_cast<TextLabel*>(own_)->setContent(*text, text->color.value_or(foreground));
     } else if (const auto* field = std::get_if<TextField>(&element)) {
-        static_cast<AddressField*>(own_)->setContent(withChangeThen(*field, surroundings.afterInput));
+        static_cast<AddressField*>(own_)->setContent(*field);
     } else if (const auto* indicator = std::get_if<ProgressIndicator>(&element)) {
-        static_cast<Spinner*>(own_)->setContent(*indicator, surroundings.foreground);
+        static_cast<Spinner*>(own_)->setContent(*indicator, foreground);
     } else if (const auto* symbol = std::get_if<Symbol>(&element)) {
         static_cast<SymbolIcon*>(own_)->setContent(*symbol);
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
-        updateStack(*stack, surroundings);
+        updateStack(*stack, foreground);
         if (auto* group = dynamic_cast<SpokenGroup*>(own_)) group->setWords(wordsOf(view));
     } else if (const auto* button = std::get_if<Button>(&element)) {
         auto* made = static_cast<ActionButton*>(own_);
+        const View& label = button->label.front();
         const auto* disabled = modifierOf<Disabled>(view);
-        children_.front().update(button->label.front(), surroundings);
-        const auto pressed = [action = button->action, after = surroundings.afterInput] {
-            action();
-            after();
-        };
-        made->setContent(pressed, wordsOf(button->label.front()), isBusy(button->label.front()));
+        children_.front().update(label, foreground);
+        made->setContent(button->action, wordsOf(label), isBusy(label));
         made->setDisabledInPlace(disabled != nullptr && disabled->disabled);
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
         own_->setMaximumHeight(area->maximumHeight);
         own_->setAccessibleName(QString::fromStdString(area->accessibleName));
-        children_.front().update(area->content.front(), surroundings);
+        children_.front().update(area->content.front(), foreground);
     }
 
-    const std::vector<Layer> layers = layersOf(view.modifiers());
-    for (std::size_t box = 0; box < boxes_.size(); ++box) static_cast<Box*>(boxes_[box])->setLook(layers[box].look);
+    auto box = boxes_.begin();
+    for (const Modifier& modifier : view.modifiers()) {
+        if (Box::shows(modifier)) (*box++)->setModifier(modifier);
+    }
 }
 
 void RenderedView::remove() {
-    if (outermost_ == nullptr) return;
-    outermost_->hide();
-    outermost_->setParent(nullptr);
-    outermost_->deleteLater();  // It may be the button whose press leads here.
+    if (widget() == nullptr) return;
+    widget()->hide();
+    widget()->setParent(nullptr);
+    widget()->deleteLater();  // It may be the button whose press leads here.
 }
 
 }  // namespace platform

@@ -15,6 +15,17 @@ constexpr double focusRingInset = 3;  // Inside the fill, where white is visible
 constexpr double focusRingWidth = 2;
 constexpr int pressedDarkness = 115;  // Per cent, as QColor counts it.
 
+QMargins marginsOf(const Padding& padding) {
+    const int length = padding.length;
+    switch (padding.edges) {
+        case Edges::all: return {length, length, length, length};
+        case Edges::horizontal: return {length, 0, length, 0};
+        case Edges::top: return {0, length, 0, 0};
+        case Edges::trailing: return {0, 0, length, 0};
+    }
+    return {};
+}
+
 // The button whose label the widget belongs to; null if there is none.
 const QAbstractButton* buttonAround(const QWidget* widget) {
     for (const QWidget* ancestor = widget; ancestor != nullptr; ancestor = ancestor->parentWidget()) {
@@ -25,37 +36,56 @@ const QAbstractButton* buttonAround(const QWidget* widget) {
 
 }  // namespace
 
-void Box::setContent(QWidget* content, Qt::Alignment alignment) {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(look_.padding);
-    layout->addWidget(content, 0, alignment);
+Qt::Alignment toolkitAlignment(Alignment alignment) {
+    return alignment == Alignment::leading ? Qt::AlignLeft : Qt::AlignHCenter;
 }
 
-void Box::setLook(const BoxLook& look) {
-    look_ = look;
-    if (layout() != nullptr) layout()->setContentsMargins(look.padding);
-    update();
+bool Box::shows(const Modifier& modifier) {
+    return std::holds_alternative<Padding>(modifier) || std::holds_alternative<Stretch>(modifier) ||
+           std::holds_alternative<Frame>(modifier) || std::holds_alternative<Background>(modifier);
+}
+
+Box::Box(QWidget* content, bool fills, const Modifier& modifier, QWidget* parent) : QWidget(parent) {
+    Qt::Alignment alignment;
+    if (const auto* stretch = std::get_if<Stretch>(&modifier)) alignment = toolkitAlignment(stretch->alignment);
+    if (const auto* frame = std::get_if<Frame>(&modifier)) {
+        alignment = toolkitAlignment(frame->alignment);
+        setFixedWidth(frame->width);
+    }
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content, 0, fills ? Qt::Alignment() : alignment);
+    setModifier(modifier);
+}
+
+void Box::setModifier(const Modifier& modifier) {
+    if (const auto* padding = std::get_if<Padding>(&modifier)) layout()->setContentsMargins(marginsOf(*padding));
+    if (const auto* background = std::get_if<Background>(&modifier)) {
+        background_ = *background;
+        update();
+    }
 }
 
 void Box::paintEvent(QPaintEvent*) {
-    if (!look_.background) return;
-    QColor fill = toolkitColor(look_.background->color, palette());
+    if (!background_) return;
+    QColor fill = toolkitColor(background_->color, palette());
     const QAbstractButton* button = buttonAround(this);
     if (button != nullptr && button->isDown()) fill = fill.darker(pressedDarkness);
-    fill.setAlphaF(static_cast<float>(look_.background->opacity));
+    fill.setAlphaF(static_cast<float>(background_->opacity));
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (button != nullptr && !isEnabled()) painter.setOpacity(disabledOpacity);
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill);
-    painter.drawRoundedRect(rect(), look_.cornerRadius, look_.cornerRadius);
+    const int radius = background_->cornerRadius;
+    painter.drawRoundedRect(rect(), radius, radius);
 
     if (button == nullptr || !button->hasFocus()) return;
     painter.setPen(QPen(Qt::white, focusRingWidth));
     painter.setBrush(Qt::NoBrush);
     const QRectF ring = QRectF(rect()).adjusted(focusRingInset, focusRingInset, -focusRingInset, -focusRingInset);
-    painter.drawRoundedRect(ring, look_.cornerRadius - focusRingInset, look_.cornerRadius - focusRingInset);
+    painter.drawRoundedRect(ring, radius - focusRingInset, radius - focusRingInset);
 }
 
 }  // namespace platform

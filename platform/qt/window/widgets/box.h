@@ -1,7 +1,6 @@
-// A widget around one child: padding, stretch, background and rounded corners.
+// Widgets around others for the modifiers of views.
 #pragma once
 
-#include <QMargins>
 #include <QWidget>
 #include <optional>
 
@@ -9,26 +8,25 @@
 
 namespace platform {
 
-struct BoxLook {
-    QMargins padding;
-    std::optional<Background> background;
-    int cornerRadius = 0;
-};
+[[nodiscard]] Qt::Alignment toolkitAlignment(Alignment alignment);
 
+// Shows a padding, a stretch, a frame or a background around one child.
 class Box : public QWidget {
   public:
-    using QWidget::QWidget;
+    // Whether a box shows `modifier`; the renderer itself handles the others.
+    [[nodiscard]] static bool shows(const Modifier& modifier);
 
-    // Call once. `alignment` places the child in a box that is wider than the child wants to be.
-    void setContent(QWidget* content, Qt::Alignment alignment);
+    // `fills` tells whether the content takes all the width that it is offered.
+    Box(QWidget* content, bool fills, const Modifier& modifier, QWidget* parent);
 
-    void setLook(const BoxLook& look);
+    // Sets a padding or a background; the alignment and the width stay.
+    void setModifier(const Modifier& modifier);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    BoxLook look_;
+    std::optional<Background> background_;
 };
 
 }  // namespace platform
