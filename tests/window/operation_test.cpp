@@ -7,7 +7,6 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "platform/qt/window/widgets/slim_scroll_bar.h"
 #include "tests/window/shown_window.h"
 
 namespace window_test {

@@ -154,15 +154,6 @@ void RenderedView::make(const View& view, QWidget* parent, Color foreground) {
     }
 }
 
-// A field that has the name of the text before it is labelled by that text.
-void RenderedView::labelFields() {
-    for (std::size_t slot = 1; slot < children_.size(); ++slot) {
-        auto* label = dynamic_cast<TextLabel*>(children_[slot - 1].own_);
-        auto* field = dynamic_cast<AddressField*>(children_[slot].own_);
-        if (label != nullptr && field != nullptr && label->text() == field->accessibleName()) label->setBuddy(field);
-    }
-}
-
 void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack) {
     if (std::holds_alternative<Spacer>(view.element())) {
         layout.insertStretch(index, 1);
@@ -190,7 +181,6 @@ void RenderedView::updateStack(const Stack& stack, Color foreground) {
             rendered.remove();
             rendered = RenderedView(child, own_, foreground);
             rendered.insertInto(layout, index, child, stack);
-            labelFields();
         }
         if (!std::holds_alternative<Nothing>(child.element())) ++index;
     }

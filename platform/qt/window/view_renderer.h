@@ -28,7 +28,6 @@ class RenderedView {
 
   private:
     void make(const View& view, QWidget* parent, Color foreground);
-    void labelFields();
     void updateStack(const Stack& stack, Color foreground);
     void insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack);
 

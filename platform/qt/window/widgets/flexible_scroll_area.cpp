@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 #include "platform/qt/window/desktop_conventions.h"
 #include "platform/qt/window/widgets/colors_and_fonts.h"
@@ -13,6 +14,14 @@ namespace {
 
 constexpr int smallestHeight = 24;  // Still shows a line of text.
 constexpr int lineHeight = 28;      // About a row, for each press of an arrow key.
+
+// A scroll bar without buttons at its ends, slim and transparent, because it lies over the content.
+constexpr int slimBarWidth = 11;
+constexpr const char* slimBarLook =
+    "QScrollBar { background: transparent; }"
+    "QScrollBar::handle { background: rgb(128, 128, 128); border-radius: 3px; margin: 2px; min-height: 14px; }"
+    "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
+    "QScrollBar::add-page, QScrollBar::sub-page { background: none; }";
 
 // Lies over the whole area, but lets the mouse through.
 class FocusRing : public QWidget {
@@ -41,7 +50,10 @@ FlexibleScrollArea::FlexibleScrollArea() : focusRing_(new FocusRing(this)) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     if (!desktopConventions::usesThePlatformsScrollBars()) {
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // It would take space from the content.
-        slimBar_ = new SlimScrollBar(verticalScrollBar(), this);
+        verticalScrollBar()->setParent(this);
+        verticalScrollBar()->setStyleSheet(slimBarLook);
+        connect(verticalScrollBar(), &QScrollBar::rangeChanged, verticalScrollBar(),
+                [this](int minimum, int maximum) { verticalScrollBar()->setVisible(maximum > minimum); });
     }
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     viewport()->setAutoFillBackground(false);
@@ -78,9 +90,8 @@ bool FlexibleScrollArea::event(QEvent* event) {
 
 void FlexibleScrollArea::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
-    if (slimBar_ != nullptr) {
-        slimBar_->setGeometry(width() - SlimScrollBar::thickness, 0, SlimScrollBar::thickness, height());
-        slimBar_->raise();
+    if (!desktopConventions::usesThePlatformsScrollBars()) {
+        verticalScrollBar()->setGeometry(width() - slimBarWidth, 0, slimBarWidth, height());
     }
     focusRing_->setGeometry(rect());
 }

@@ -3,8 +3,6 @@
 
 #include <QScrollArea>
 
-#include "platform/qt/window/widgets/slim_scroll_bar.h"
-
 namespace platform {
 
 // While there is something to scroll it takes the focus, for the arrow and page keys.
@@ -22,7 +20,6 @@ class FlexibleScrollArea : public QScrollArea {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    SlimScrollBar* slimBar_ = nullptr;  // Null where the platform's own bar is used.
     QWidget* focusRing_;
 };
 
