@@ -25,10 +25,6 @@ std::optional<std::string> labelledValue(const RegularExpression& pattern, const
     return std::string(platform::trimmedOfWhitespace(platform::piecesOf(*match, ':').back()));
 }
 
-std::string processorFrom(const std::string& brandString) {
-    return std::string(platform::trimmedOfWhitespaceAndNewlines(brandString));
-}
-
 // For Apple's chips the brand string names only the family; the overview names the chip.
 bool asksForTheChip(const std::string& processor) {
     return processor.empty() || processor.find("Apple") != std::string::npos;
@@ -71,7 +67,7 @@ HardwareInfo HardwareDetector::detect() {
     HardwareInfo info = startingValues();
 
     if (const auto brandString = runCommand("/usr/sbin/sysctl", {"-n", "machdep.cpu.brand_string"})) {
-        info.processor = processorFrom(*brandString);
+        info.processor = platform::trimmedOfWhitespaceAndNewlines(*brandString);
     }
     if (asksForTheChip(info.processor)) {
         const auto overview = runCommand("/usr/sbin/system_profiler", {"SPHardwareDataType"});

@@ -16,9 +16,6 @@ ActionButton::ActionButton() {
         const auto action = action_;  // A copy, because the action may replace it.
         if (action) action();
     });
-    // The label is darker while the button is held down.
-    connect(this, &QAbstractButton::pressed, this, [this] { update(); });
-    connect(this, &QAbstractButton::released, this, [this] { update(); });
 }
 
 void ActionButton::setLabel(QWidget* label) {
@@ -49,8 +46,6 @@ void ActionButton::setDisabledInPlace(bool isDisabled) {
     setDisabled(isDisabled);
     if (!isDisabled && std::exchange(waitsForFocus_, false) && window()->focusWidget() == nullptr) setFocus();
 }
-
-QSize ActionButton::sizeHint() const { return layout()->sizeHint(); }
 
 bool ActionButton::event(QEvent* event) {
     // Return presses a focused button too, not only Space.

@@ -22,8 +22,6 @@ class ActionButton : public QAbstractButton {
     // person has moved it meanwhile.
     void setDisabledInPlace(bool isDisabled);
 
-    [[nodiscard]] QSize sizeHint() const override;
-
   protected:
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
