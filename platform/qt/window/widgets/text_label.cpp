@@ -64,11 +64,6 @@ void TextLabel::setContent(const Text& content, Color color) {
 
 void TextLabel::breakAt(int width) const {
     if (width == brokenWidth_) return;
-    // Shaping is slow, and a text that fits into one line stays the same.
-    if (brokenWidth_ && unbrokenSize_ && brokenSize_ == *unbrokenSize_ && width >= unbrokenSize_->width() &&
-        !text().isRightToLeft()) {
-        return;
-    }
     if (!brokenWidth_) {
         lines_.setText(text().replace(QLatin1Char('\n'), QChar::LineSeparator));
         lines_.setFont(font());
@@ -98,7 +93,9 @@ QSize TextLabel::sizeHint() const {
 
 QSize TextLabel::minimumSizeHint() const { return {fontMetrics().averageCharWidth(), fontMetrics().height()}; }
 
+// Shaping is slow, and layouts also ask for the height at the unbroken width.
 int TextLabel::heightForWidth(int width) const {
+    if (width >= sizeHint().width()) return sizeHint().height();
     breakAt(width);
     return brokenSize_.height();
 }
@@ -112,7 +109,8 @@ void TextLabel::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     if (!isEnabled()) painter.setOpacity(disabledOpacity);
     painter.setPen(toolkitColor(color_, palette()));
-    breakAt(width());
+    const bool isUnbroken = width() >= sizeHint().width() && !text().isRightToLeft();
+    breakAt(isUnbroken ? unlimitedWidth : width());
     lines_.draw(&painter, QPointF(0, 0), {}, event->rect());
 }
 
