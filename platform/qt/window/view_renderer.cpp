@@ -104,9 +104,9 @@ Widget* placed(Widget* made, QWidget* parent) {
 
 }  // namespace
 
-RenderedView::RenderedView(const View& view, QWidget* parent, Color foreground) : shape_(shapeOf(view)) {
-    make(view, parent, foregroundIn(view, foreground));
-    update(view, foreground);
+RenderedView::RenderedView(const View& view, QWidget* parent, Color surrounding) : shape_(shapeOf(view)) {
+    make(view, parent, foregroundIn(view, surrounding));
+    update(view, surrounding);
 }
 
 bool RenderedView::fits(const View& view) const { return shapeOf(view) == shape_; }
@@ -154,7 +154,7 @@ void RenderedView::make(const View& view, QWidget* parent, Color foreground) {
     }
 }
 
-void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack) {
+void RenderedView::insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack) const {
     if (std::holds_alternative<Spacer>(view.element())) {
         layout.insertStretch(index, 1);
     } else if (widget() != nullptr) {
@@ -219,7 +219,7 @@ void RenderedView::update(const View& view, Color surrounding) {
     }
 }
 
-void RenderedView::remove() {
+void RenderedView::remove() const {
     if (widget() == nullptr) return;
     widget()->hide();
     widget()->setParent(nullptr);

@@ -13,23 +13,23 @@ namespace platform {
 // The widgets of a view. A child that keeps its shape and slot keeps its widget.
 class RenderedView {
   public:
-    // `foreground` is the surrounding one.
-    RenderedView(const View& view, QWidget* parent, Color foreground);
+    // `surrounding` is the foreground around the view.
+    RenderedView(const View& view, QWidget* parent, Color surrounding);
 
     // Whether update() accepts `view`, because it has the same shape.
     [[nodiscard]] bool fits(const View& view) const;
 
-    void update(const View& view, Color foreground);
+    void update(const View& view, Color surrounding);
 
     // The outermost one; null for an empty slot or a spacer.
     [[nodiscard]] QWidget* widget() const { return boxes_.empty() ? own_ : boxes_.back(); }
 
-    void remove();  // Takes the widgets away for good.
+    void remove() const;  // Takes the widgets away for good.
 
   private:
     void make(const View& view, QWidget* parent, Color foreground);
     void updateStack(const Stack& stack, Color foreground);
-    void insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack);
+    void insertInto(QBoxLayout& layout, int index, const View& view, const Stack& stack) const;
 
     std::vector<int> shape_;
     bool isEmptySlot_ = false;
