@@ -90,6 +90,16 @@ void CaseGenerator::spoil(std::string& output) {
     if (onceIn(40)) output = "\xC3";
 }
 
+// A JSON string of pieces of addresses.
+std::string CaseGenerator::address() {
+    std::string text = oneOf({"", "", "/", "http://", "https://", "HTTP://", "file:///", "javascript:", "//"});
+    for (std::size_t left = below(7); left > 0; --left) {
+        text += oneOf({"/", "?", "&", "=", "a", "page", "hardware_id", "%20", "b.c", R"(\")", R"(\\)", " ", "é", "#",
+                       R"(\u00e9)", R"(\n)"});
+    }
+    return "\"" + text + "\"";
+}
+
 void CaseGenerator::answer(Case& round) {
     static constexpr std::array statuses = {200, 200, 200, 200, 201, 202, 299, 400, 404, 422, 500, 503, 599};
     round.status = statuses.at(below(statuses.size()));
@@ -100,24 +110,27 @@ void CaseGenerator::answer(Case& round) {
                             "{\"success\": tru}", "42", "{\"success\": \"\xFF\"}"});
         return;
     }
-    // Few successes: each one ends the program after two seconds.
-    const std::string success =
-        onceIn(7) ? "true"
-                  : oneOf({"false", "false", "false", "false", "null", "\"true\"", "\"yes\"", "[]", "{}", "\"\""});
-    if (!onceIn(8)) round.members["success"] = success;
+    if (!onceIn(8)) {
+        round.members["success"] =
+            onceIn(2) ? "true"
+                      : oneOf({"false", "false", "false", "null", R"("true")", R"("yes")", "[]", "{}", R"("")"});
+    }
     if (onceIn(2)) {
         round.members["error"] = oneOf({R"("disk full")", R"("")", R"("line\nbreak")", "null", "7", R"({"code": 1})",
                                         R"("\u00e9 \ud83d\ude00")", R"("quote \" and \\")", "[]", "false"});
     }
     if (!onceIn(3)) {
         round.members["hardware_id"] = oneOf({"42", "0", "-7", R"("abc")", R"("a b&c=d")", R"("")", "null", R"("42")",
-                                              "[]", "9223372036854775807", R"("h\u00e9")", "{}"});
+                                              "true", "[]", "9223372036854775807", R"("h\u00e9")", "{}"});
     }
     if (!onceIn(3)) {
-        round.members["redirect_url"] = oneOf(
-            {R"("/results")", R"("results/")", R"("/r?x=1")", R"("/r?hardware_id=9")", R"("/hardware_id/")",
-             R"("http://127.0.0.1:9/absolute")", R"("https://e.example/a?b=c#d")", R"("HTTP://e.example/")", R"("")",
-             "null", "7", R"("//e.example/x")", R"("/a#part")", R"("ftp://e.example/")", "\"javascript:alert(1)\""});
+        round.members["redirect_url"] =
+            onceIn(2)
+                ? address()
+                : oneOf({R"("/results")", R"("results/")", R"("/r?x=1")", R"("/r?hardware_id=9")", R"("/hardware_id/")",
+                         R"("http://127.0.0.1:9/absolute")", R"("https://e.example/a?b=c#d")", R"("HTTP://e.example/")",
+                         R"("")", "null", "7", R"("//e.example/x")", R"("/a#part")", R"("ftp://e.example/")",
+                         "\"javascript:alert(1)\""});
     }
     if (onceIn(4)) round.members["extra"] = R"({"deep": [1, 2, {"x": null}]})";
 }

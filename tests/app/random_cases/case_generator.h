@@ -30,6 +30,7 @@ class CaseGenerator {
     [[nodiscard]] std::string profile(const char* const* labels, std::size_t count);
     [[nodiscard]] std::string number();
     [[nodiscard]] std::string diskUsage();
+    [[nodiscard]] std::string address();
     void spoil(std::string& output);
     void answer(Case& round);
 
