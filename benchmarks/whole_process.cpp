@@ -57,7 +57,6 @@ class Bench {
                   WEBSITE_PORT) {
         environment_ = session_.environment();
         environment_["HOME"] = home_.path();
-        environment_["LC_ALL"] = "C.UTF-8";
         // Like a desktop without a screen reader.
         environment_["DBUS_SESSION_BUS_ADDRESS"] = "disabled:";
         environment_.erase("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");

@@ -124,18 +124,15 @@ TEST(HttpSession, SkipsInterimAnswers) {
     }
 }
 
-TEST(HttpSession, DeliversLargeBodies) {
-    for (const std::size_t size : {std::size_t{1} << 20, std::size_t{16} << 20}) {
-        SCOPED_TRACE(size);
-        std::string body(size, '\0');
-        for (std::size_t index = 0; index < size; ++index) body[index] = static_cast<char>(index * 31 + index / 256);
-        const ScriptedServer server(always({Send{answerBytes(200, body)}}));
+TEST(HttpSession, DeliversALargeBody) {
+    std::string body(std::size_t{16} << 20, '\0');
+    for (std::size_t index = 0; index < body.size(); ++index) body[index] = static_cast<char>(index * 31 + index / 256);
+    const ScriptedServer server(always({Send{answerBytes(200, body)}}));
 
-        const Result result = resultOf(post(server.url("/")));
+    const Result result = resultOf(post(server.url("/")));
 
-        ASSERT_TRUE(result.answer.has_value());
-        EXPECT_TRUE(result.answer->body == body);
-    }
+    ASSERT_TRUE(result.answer.has_value());
+    EXPECT_TRUE(result.answer->body == body);
 }
 
 TEST(HttpSession, DeliversABodyOfTheLargestSize) {

@@ -98,12 +98,9 @@ TEST(HttpSession, TimesOutWhileConnecting) {
 
 // Bytes of the TLS handshake do not restart the interval.
 TEST(HttpSession, TimesOutInATlsHandshakeThatDrips) {
-    const IdleSocket slow(IdleSocket::Kind::listening);
+    const ScriptedServer slow(always({SendDripping{"\x16\x03\x03\x3F" + std::string(500, 'x'), 200ms}}));
 
-    std::future<Result> result = send(post("https" + slow.url().substr(4), "{}", 2s));
-    slow.drip("\x16\x03\x03\x3F" + std::string(500, 'x'));
-
-    expectTimedOut(resultOf(std::move(result)));
+    expectTimedOut(resultOf(post("https" + slow.url("/").substr(4), "{}", 2s)));
 }
 
 TEST(HttpSession, TimesOutWhileSending) {

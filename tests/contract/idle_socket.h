@@ -50,16 +50,6 @@ class IdleSocket {
         return false;
     }
 
-    // Accepts a connection and sends `bytes`, one every 200 ms, until the client closes.
-    void drip(const std::string& bytes) const {
-        const int connection = accept(number_, nullptr, nullptr);
-        for (const char byte : bytes) {
-            if (::send(connection, &byte, 1, MSG_NOSIGNAL) != 1) break;
-            poll(nullptr, 0, 200);
-        }
-        close(connection);
-    }
-
     // Accepts a connection, reads `bytes` bytes, 4 MiB every 200 ms, sends `answer` and waits until the client closes.
     void readSlowlyThenAnswer(std::size_t bytes, const std::string& answer) const {
         const int connection = accept(number_, nullptr, nullptr);

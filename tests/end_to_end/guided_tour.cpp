@@ -31,7 +31,6 @@ int tour(const std::string& programPath, const std::string& commands, const std:
     const ScriptedOpener opener;
     Environment environment = wayland ? wayland->environmentFrom(session.environment()) : session.environment();
     environment["HOME"] = home.path();
-    environment["LC_ALL"] = "C.UTF-8";
     environment["PATH"] = opener.searchPath();
     environment.merge(startingCommandsIn(commands));
     Program program({.path = programPath, .environment = environment});
@@ -43,25 +42,17 @@ int tour(const std::string& programPath, const std::string& commands, const std:
         went = went && (wayland ? wayland->saveScreenshot(file) : saveScreenshot(session.display(), file));
         std::fprintf(stderr, "    %s\n", file.c_str());
     };
-    const auto press = [&](const std::string& name) {
+    const auto pressAndSee = [&](const std::string& name, const std::string& text) {
         std::fprintf(stderr, "==> Pressing \"%s\"\n", name.c_str());
-        went = went && waitFor([&] {
-                   const auto button = window.button(name);
-                   return button && button->enabled() && button->press();
-               });
-    };
-    const auto see = [&](const std::string& text) {
-        went = went && waitFor([&] { return window.label(text).has_value(); });
+        went = went && press(window, name) && shows(window, text);
     };
 
     went = went && waitFor([&] { return window.button("Detect Hardware").has_value(); });
     if (wayland) went = went && waitFor([&] { return wayland->windowOf(program.pid()).has_value(); });
     picture("1-launch");
-    press("Detect Hardware");
-    see("Hardware detected successfully!");
+    pressAndSee("Detect Hardware", "Hardware detected successfully!");
     picture("2-detected");
-    press("Send to Website");
-    see("Hardware data sent successfully! Opening website...");
+    pressAndSee("Send to Website", "Hardware data sent successfully! Opening website...");
     picture("3-sent");
     const auto exit = program.waitForExit();
     went = went && exit == success;

@@ -108,7 +108,6 @@ void Surroundings::SetUp() {
 Program::Setting Surroundings::setting() {
     Environment environment = session().environment();
     environment["HOME"] = home_.path();
-    environment["LC_ALL"] = "C.UTF-8";
     environment["PATH"] = opener_.searchPath();
     environment.merge(machine_.environment());
     return {.path = PROGRAM_FOLDER "/hardware-detector-on-" + std::to_string(websitePort()),
@@ -117,17 +116,6 @@ Program::Setting Surroundings::setting() {
 
 std::string Surroundings::settingsFile() const {
     return testSupport::textOf(home_.path() / ".config/velmora/hardware-detector.conf");
-}
-
-bool press(const AccessibleProgram& window, const std::string& name) {
-    return waitFor([&] {
-        const auto button = window.button(name);
-        return button && button->enabled() && button->press();
-    });
-}
-
-bool shows(const AccessibleProgram& window, const std::string& text) {
-    return waitFor([&] { return window.label(text).has_value(); });
 }
 
 std::vector<std::string> valuesIn(const AccessibleProgram& window) {

@@ -60,10 +60,6 @@ class Surroundings : public testing::Test {
     ScriptedOpener opener_;
 };
 
-// Both wait for the element; false after the limit.
-[[nodiscard]] bool press(const AccessibleProgram& window, const std::string& name);
-[[nodiscard]] bool shows(const AccessibleProgram& window, const std::string& text);
-
 // The values of the five rows, in order.
 [[nodiscard]] std::vector<std::string> valuesIn(const AccessibleProgram& window);
 

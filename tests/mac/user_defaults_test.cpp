@@ -54,18 +54,10 @@ TEST_F(UserDefaults, ReplaceTheOldValue) {
 
 TEST_F(UserDefaults, StoreABooleanBeforeTheSetReturns) {
     userDefaults::setBool("installed", true);
-    userDefaults::setBool("updated", false);
+    EXPECT_EQ(mac().storedPreferences, (Values{{u"installed", true}}));
 
-    EXPECT_EQ(mac().storedPreferences, (Values{{u"installed", true}, {u"updated", false}}));
-}
-
-TEST_F(UserDefaults, SynchronizeAfterEachSet) {
-    userDefaults::setString("key", "value");
-    userDefaults::setBool("flag", true);
-
-    EXPECT_EQ(mac().callsOf("CFPreferencesSetAppValue"),
-              (std::vector<std::string>{"CFPreferencesSetAppValue(key)", "CFPreferencesSetAppValue(flag)"}));
-    EXPECT_EQ(mac().callsOf("CFPreferencesAppSynchronize").size(), 2U);
+    userDefaults::setBool("installed", false);
+    EXPECT_EQ(mac().storedPreferences, (Values{{u"installed", false}}));
 }
 
 TEST_F(UserDefaults, LeaveAKeyAloneWhenTheNewTextIsNotUtf8) {

@@ -94,7 +94,6 @@ class Soak {
     Soak() {
         environment_ = session_.environment();
         environment_["HOME"] = home_.path();
-        environment_["LC_ALL"] = "C.UTF-8";
         environment_["PATH"] = opener_.searchPath();
     }
 
@@ -139,13 +138,6 @@ class Soak {
     }
 
   private:
-    static bool press(const AccessibleProgram& window, const std::string& name) {
-        return end_to_end::waitFor([&] {
-            const auto button = window.button(name);
-            return button && button->enabled() && button->press();
-        });
-    }
-
     Resources restingResourcesOf(const Program& program, const AccessibleProgram& window) {
         require(end_to_end::waitFor([&] {
                     const auto send = window.button("Send to Website");

@@ -213,4 +213,15 @@ bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds l
     return true;
 }
 
+bool press(const AccessibleProgram& window, const std::string& name) {
+    return waitFor([&] {
+        const auto button = window.button(name);
+        return button && button->enabled() && button->press();
+    });
+}
+
+bool shows(const AccessibleProgram& window, const std::string& text) {
+    return waitFor([&] { return window.label(text).has_value(); });
+}
+
 }  // namespace end_to_end

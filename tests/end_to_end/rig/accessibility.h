@@ -74,4 +74,8 @@ class AccessibleProgram {
 // minute, so the condition is checked once more after the limit.
 bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit = patience);
 
+// Both wait for the element; false after the limit.
+[[nodiscard]] bool press(const AccessibleProgram& window, const std::string& name);
+[[nodiscard]] bool shows(const AccessibleProgram& window, const std::string& text);
+
 }  // namespace end_to_end

@@ -126,6 +126,7 @@ Environment DesktopSession::environment() const {
         {"DBUS_SESSION_BUS_ADDRESS", busAddress_},
         {"XDG_RUNTIME_DIR", folder_.path() / "run"},
         {"PATH", "/usr/bin:/bin"},
+        {"LC_ALL", "C.UTF-8"},
     };
     for (const char* const name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
         if (const char* const value = std::getenv(name)) variables[name] = value;

@@ -26,8 +26,8 @@ class DesktopSession {
     // Ends the display server. Later tests of this process have no display.
     void endDisplay() { displayServer_.end(); }
 
-    // The variables for a program in this session: the session's own, a PATH, and this process's sanitizer options. The
-    // test adds a home and a locale.
+    // The variables for a program in this session: the session's own, a PATH, a locale, and this process's sanitizer
+    // options. The test adds a home.
     Environment environment() const;
 
   private:
