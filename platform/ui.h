@@ -100,6 +100,8 @@ struct Background {
     Color color;
     double opacity;
     int cornerRadius;
+
+    bool operator==(const Background&) const = default;
 };
 struct Foreground {  // The colour of every text and indicator inside that names none.
     Color color;

@@ -60,7 +60,8 @@ Box::Box(QWidget* content, bool fills, const Modifier& modifier, QWidget* parent
 
 void Box::setModifier(const Modifier& modifier) {
     if (const auto* padding = std::get_if<Padding>(&modifier)) layout()->setContentsMargins(marginsOf(*padding));
-    if (const auto* background = std::get_if<Background>(&modifier)) {
+    if (const auto* background = std::get_if<Background>(&modifier);
+        background != nullptr && background_ != *background) {
         background_ = *background;
         update();
     }
