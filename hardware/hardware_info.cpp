@@ -12,9 +12,7 @@ namespace {
 const JsonValue& valueIn(const JsonObject& object, const char* key) {
     const JsonValue* value = object.find(key);
     if (value == nullptr) throw CodingError{CodingError::Kind::keyNotFound, key};
-    if (std::holds_alternative<std::nullptr_t>(*value)) {
-        throw CodingError{CodingError::Kind::valueNotFound, key};
-    }
+    if (std::holds_alternative<std::nullptr_t>(*value)) throw CodingError{CodingError::Kind::valueNotFound, key};
     return *value;
 }
 
@@ -27,9 +25,7 @@ std::string textIn(const JsonObject& object, const char* key) {
 std::int64_t integerIn(const JsonObject& object, const char* key) {
     const bool isBoolean = std::holds_alternative<bool>(valueIn(object, key));
     const std::optional<std::int64_t> integer = object.integer(key);
-    if (!integer || isBoolean) {
-        throw CodingError{CodingError::Kind::typeMismatch, key};
-    }
+    if (!integer || isBoolean) throw CodingError{CodingError::Kind::typeMismatch, key};
     return *integer;
 }
 
