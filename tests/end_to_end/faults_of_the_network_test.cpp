@@ -76,7 +76,7 @@ TEST_F(NetworkFault, AWebsiteOnIpv6IsReached) {
 class TlsFault : public NetworkFault {
   protected:
     void SetUp() override {
-        if (const auto& refusal = whyNoMountNamespace()) GTEST_SKIP() << *refusal;
+        if (const auto refusal = whyNoMountNamespace()) GTEST_SKIP() << *refusal;
         NetworkFault::SetUp();
     }
 

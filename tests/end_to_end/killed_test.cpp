@@ -25,7 +25,7 @@ class KilledProgram : public Surroundings, public testing::WithParamInterface<in
         Surroundings::SetUp();
         // With a machine id, a lost device id would come back the same.
         if (!std::filesystem::exists(machineId)) return;
-        if (const auto& refusal = whyNoMountNamespace()) GTEST_SKIP() << *refusal;
+        if (const auto refusal = whyNoMountNamespace()) GTEST_SKIP() << *refusal;
         ASSERT_EQ(mount("/dev/null", machineId, nullptr, MS_BIND, nullptr), 0);
     }
 

@@ -5,6 +5,8 @@
 #include <array>
 #include <utility>
 
+#include "tests/end_to_end/rig/patience.h"
+
 namespace end_to_end {
 
 namespace {
@@ -204,8 +206,8 @@ std::optional<Element> AccessibleProgram::first(const std::function<bool(const E
     return found;
 }
 
-bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
+bool waitFor(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) return condition();
         handleEvents();

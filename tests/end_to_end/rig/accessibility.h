@@ -3,15 +3,12 @@
 
 #include <sys/types.h>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "tests/end_to_end/rig/patience.h"
 
 struct _AtspiAccessible;
 
@@ -72,7 +69,7 @@ class AccessibleProgram {
 
 // Waits until `condition` is true; returns false after the limit. A busy program may block the condition for up to a
 // minute, so the condition is checked once more after the limit.
-bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit = patience);
+bool waitFor(const std::function<bool()>& condition);
 
 // Both wait for the element; false after the limit.
 [[nodiscard]] bool press(const AccessibleProgram& window, const std::string& name);

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "tests/end_to_end/rig/patience.h"
 #include "tests/end_to_end/rig/program.h"
 
 namespace end_to_end {
@@ -34,8 +35,8 @@ const std::string& Fifo::bytes() {
 
 std::vector<std::string> Fifo::lines() { return wholeLinesOf(bytes()); }
 
-bool Fifo::waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
+bool Fifo::waitUntil(const std::function<bool(const std::string&)>& enough) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!enough(bytes())) {
         const int left = millisecondsUntil(deadline);
         if (left == 0) return false;
@@ -45,8 +46,8 @@ bool Fifo::waitUntil(const std::function<bool(const std::string&)>& enough, std:
     return true;
 }
 
-bool Fifo::waitForLines(std::size_t count, std::chrono::milliseconds limit) {
-    return waitUntil([&](const std::string& bytes) { return wholeLinesOf(bytes).size() >= count; }, limit);
+bool Fifo::waitForLines(std::size_t count) {
+    return waitUntil([&](const std::string& bytes) { return wholeLinesOf(bytes).size() >= count; });
 }
 
 }  // namespace end_to_end

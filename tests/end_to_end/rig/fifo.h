@@ -1,13 +1,11 @@
 // A named pipe that scripts write to, or block on.
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "tests/end_to_end/rig/patience.h"
 #include "tests/support/descriptor.h"
 
 namespace end_to_end {
@@ -27,8 +25,8 @@ class Fifo {
     std::vector<std::string> lines();
 
     // Wait until `enough` is true for the bytes, or until there are `count` lines; return false after the limit.
-    bool waitUntil(const std::function<bool(const std::string&)>& enough, std::chrono::milliseconds limit = patience);
-    bool waitForLines(std::size_t count, std::chrono::milliseconds limit = patience);
+    bool waitUntil(const std::function<bool(const std::string&)>& enough);
+    bool waitForLines(std::size_t count);
 
   private:
     std::filesystem::path path_;

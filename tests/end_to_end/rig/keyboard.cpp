@@ -1,6 +1,5 @@
 #include "tests/end_to_end/rig/keyboard.h"
 
-#include <X11/XKBlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
@@ -10,54 +9,23 @@
 
 namespace end_to_end {
 
-struct Keyboard::Connection {
-    DisplayConnection display;
-};
+Keyboard::Keyboard(const std::string& display) : display_(connectToDisplay(display)) {}
 
-namespace {
-
-KeySym symbolNamed(const std::string& name) {
-    if (name == "Ctrl") return XK_Control_L;
-    if (name == "Shift") return XK_Shift_L;
-    if (name == "Alt") return XK_Alt_L;
-    return XStringToKeysym(name.c_str());
-}
-
-// The keys to press in this order and release in reverse. Empty if the keyboard lacks one of them.
-std::vector<KeyCode> keysFor(Display* display, std::vector<KeySym> symbols) {
-    std::vector<KeyCode> keys;
-    const KeyCode last = symbols.empty() ? KeyCode{} : XKeysymToKeycode(display, symbols.back());
-    if (last != 0 && XkbKeycodeToKeysym(display, last, 0, 0) != symbols.back()) keys = keysFor(display, {XK_Shift_L});
-    for (const KeySym symbol : symbols) {
-        const KeyCode key = symbol == NoSymbol ? KeyCode{} : XKeysymToKeycode(display, symbol);
-        if (key == 0) return {};
-        keys.push_back(key);
-    }
-    return keys;
-}
-
-bool strike(Display* display, const std::vector<KeyCode>& keys) {
-    for (auto key = keys.begin(); key != keys.end(); ++key) XTestFakeKeyEvent(display, *key, 1, CurrentTime);
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key) XTestFakeKeyEvent(display, *key, 0, CurrentTime);
-    XSync(display, 0);
-    return !keys.empty();
-}
-
-}  // namespace
-
-Keyboard::Keyboard(const std::string& display)
-    : connection_(std::make_unique<Connection>(Connection{connectToDisplay(display)})) {}
-
-Keyboard::~Keyboard() = default;
-
-bool Keyboard::press(std::string_view chord) {
+void Keyboard::press(std::string_view chord) const {
+    constexpr std::string_view control = "Ctrl+";
+    auto* const display = static_cast<Display*>(display_.get());
     std::vector<KeySym> symbols;
-    for (std::size_t plus = 0; plus != std::string_view::npos;) {
-        plus = chord.find('+');
-        symbols.push_back(symbolNamed(std::string(chord.substr(0, plus))));
-        if (plus != std::string_view::npos) chord.remove_prefix(plus + 1);
+    if (chord.starts_with(control)) {
+        symbols.push_back(XK_Control_L);
+        chord.remove_prefix(control.size());
     }
-    return strike(connection_->display.get(), keysFor(connection_->display.get(), symbols));
+    symbols.push_back(XStringToKeysym(std::string(chord).c_str()));
+    const auto strike = [&](KeySym symbol, int isDown) {
+        XTestFakeKeyEvent(display, XKeysymToKeycode(display, symbol), isDown, CurrentTime);
+    };
+    for (auto symbol = symbols.begin(); symbol != symbols.end(); ++symbol) strike(*symbol, 1);
+    for (auto symbol = symbols.rbegin(); symbol != symbols.rend(); ++symbol) strike(*symbol, 0);
+    XSync(display, 0);
 }
 
 }  // namespace end_to_end

@@ -12,15 +12,12 @@ namespace end_to_end {
 class Keyboard {
   public:
     explicit Keyboard(const std::string& display);
-    ~Keyboard();
 
-    // One key by its X name, with modifiers before it: "Tab", "space", "Return", "Shift+Tab", "Ctrl+q". False if the
-    // keyboard has no such key.
-    bool press(std::string_view chord);
+    // One key by its X name, with or without Ctrl: "Tab", "space", "Ctrl+q".
+    void press(std::string_view chord) const;
 
   private:
-    struct Connection;
-    std::unique_ptr<Connection> connection_;
+    std::shared_ptr<void> display_;  // Xlib's, whose macros break other headers.
 };
 
 }  // namespace end_to_end

@@ -34,18 +34,16 @@ bool enter() {
     return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-std::optional<std::string> refusal = "enterMountNamespace() was not called";
-
 }  // namespace
 
-void enterMountNamespace() {
-    refusal.reset();
-    if (enter()) return;
-    const char* const permission =
-        geteuid() == 0 ? "CAP_SYS_ADMIN, and a root folder that is a mount point" : "user namespaces";
-    refusal = std::string("needs mounts of its own (") + permission + "): " + std::strerror(errno);
+std::optional<std::string> whyNoMountNamespace() {
+    static const auto refusal = []() -> std::optional<std::string> {
+        if (enter()) return std::nullopt;
+        const char* const permission =
+            geteuid() == 0 ? "CAP_SYS_ADMIN, and a root folder that is a mount point" : "user namespaces";
+        return std::string("needs mounts of its own (") + permission + "): " + std::strerror(errno);
+    }();
+    return refusal;
 }
-
-const std::optional<std::string>& whyNoMountNamespace() { return refusal; }
 
 }  // namespace end_to_end

@@ -1,4 +1,4 @@
-// Puts a test process into a mount namespace of its own.
+// A mount namespace for a test process.
 #pragma once
 
 #include <optional>
@@ -6,11 +6,9 @@
 
 namespace end_to_end {
 
-// Root needs CAP_SYS_ADMIN, other users need user namespaces, and the root folder must be a mount point, which it is
-// not in a bare chroot. Call it first in main(), before any thread starts.
-void enterMountNamespace();
-
-// Why the process has no mount namespace of its own, for GTEST_SKIP(); nothing if it has one.
-[[nodiscard]] const std::optional<std::string>& whyNoMountNamespace();
+// The first call puts the process into a mount namespace of its own. Call it before any thread starts. Returns why that
+// is not possible, for GTEST_SKIP(); nothing if it is: root needs CAP_SYS_ADMIN, other users need user namespaces, and
+// the root folder must be a mount point, which it is not in a bare chroot.
+[[nodiscard]] std::optional<std::string> whyNoMountNamespace();
 
 }  // namespace end_to_end

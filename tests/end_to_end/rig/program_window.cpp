@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/end_to_end/rig/display_connection.h"
+#include "tests/end_to_end/rig/patience.h"
 
 namespace end_to_end {
 
@@ -59,12 +60,11 @@ bool waitForChange(Display* display, std::chrono::steady_clock::time_point deadl
 
 }  // namespace
 
-std::optional<ProgramWindow> ProgramWindow::waitFor(const std::string& display, pid_t program,
-                                                    std::chrono::milliseconds limit) {
+std::optional<ProgramWindow> ProgramWindow::waitFor(const std::string& display, pid_t program) {
     const DisplayConnection connection = connectToDisplay(display);
     if (!connection) return std::nullopt;
     XSelectInput(connection.get(), DefaultRootWindow(connection.get()), SubstructureNotifyMask);
-    const auto deadline = std::chrono::steady_clock::now() + limit;
+    const auto deadline = std::chrono::steady_clock::now() + patience;
     do {
         for (const Window window : topLevelWindows(connection.get())) {
             if (!isShown(connection.get(), window) || !belongsTo(connection.get(), window, program)) continue;

@@ -3,19 +3,15 @@
 
 #include <sys/types.h>
 
-#include <chrono>
 #include <optional>
 #include <string>
-
-#include "tests/end_to_end/rig/patience.h"
 
 namespace end_to_end {
 
 class ProgramWindow {
   public:
     // Waits until the program shows a window on the display; absent after the limit.
-    static std::optional<ProgramWindow> waitFor(const std::string& display, pid_t program,
-                                                std::chrono::milliseconds limit = patience);
+    static std::optional<ProgramWindow> waitFor(const std::string& display, pid_t program);
 
     // Gives the window the keyboard focus: there is no window manager to do so.
     void focus() const;

@@ -68,9 +68,7 @@ void ScriptedMachine::hold(const std::string& command) {
 
 std::vector<std::string> ScriptedMachine::runs() { return record_.lines(); }
 
-bool ScriptedMachine::waitForRuns(std::size_t count, std::chrono::milliseconds limit) {
-    return record_.waitForLines(count, limit);
-}
+bool ScriptedMachine::waitForRuns(std::size_t count) { return record_.waitForLines(count); }
 
 fs::path ScriptedMachine::fileOf(const std::string& command) const { return commands().string() + command; }
 

@@ -1,7 +1,6 @@
 // Scripts in place of the Mac's commands.
 #pragma once
 
-#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
@@ -34,7 +33,7 @@ class ScriptedMachine {
     std::vector<std::string> runs();
 
     // Waits until that many runs have started.
-    bool waitForRuns(std::size_t count, std::chrono::milliseconds limit = patience);
+    bool waitForRuns(std::size_t count);
 
     // For the program's environment.
     Environment environment() const { return startingCommandsIn(commands()); }
