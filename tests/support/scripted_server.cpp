@@ -45,13 +45,11 @@ Descriptor nonBlocking(int number) {
 
 // Closing the writing end makes the reading end ready for all threads, permanently.
 struct StopSignal {
-    StopSignal() : StopSignal(makePipe()) {}
-    explicit StopSignal(std::array<int, 2> ends) : reader(nonBlocking(ends[0])), writer(nonBlocking(ends[1])) {}
-
-    static std::array<int, 2> makePipe() {
+    StopSignal() {
         std::array<int, 2> ends{-1, -1};
         if (pipe(ends.data()) != 0) throw std::runtime_error("the scripted server got no pipe");
-        return ends;
+        reader = nonBlocking(ends[0]);
+        writer = nonBlocking(ends[1]);
     }
 
     Descriptor reader;
@@ -89,10 +87,18 @@ std::string answerBytes(int statusCode, std::string_view body, const std::vector
 
 class ScriptedServer::Listener {
   public:
-    Listener(Responder responder, int port, Loopback address)
-        : responder_(std::move(responder)),
-          socket_(nonBlocking(socket(address == Loopback::ipv4 ? AF_INET : AF_INET6, SOCK_STREAM, 0))),
-          port_(address == Loopback::ipv4 ? listenOnIpv4(port) : listenOnIpv6(port)) {
+    Listener(Responder responder, int port, Loopback address) : responder_(std::move(responder)) {
+        if (address == Loopback::ipv4) {
+            sockaddr_in ipv4{};
+            ipv4.sin_family = AF_INET;
+            ipv4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+            listenOn(ipv4, ipv4.sin_port, port);
+        } else {
+            sockaddr_in6 ipv6{};
+            ipv6.sin6_family = AF_INET6;
+            ipv6.sin6_addr = in6addr_loopback;
+            listenOn(ipv6, ipv6.sin6_port, port);
+        }
         acceptor_ = std::thread([this] { acceptConnections(); });
     }
 
@@ -128,35 +134,20 @@ class ScriptedServer::Listener {
     }
 
   private:
-    [[nodiscard]] int listenOnIpv4(int port) const {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        address.sin_port = htons(static_cast<std::uint16_t>(port));
-        listenOn(address);
-        return ntohs(address.sin_port);
-    }
-
-    [[nodiscard]] int listenOnIpv6(int port) const {
-        sockaddr_in6 address{};
-        address.sin6_family = AF_INET6;
-        address.sin6_addr = in6addr_loopback;
-        address.sin6_port = htons(static_cast<std::uint16_t>(port));
-        listenOn(address);
-        return ntohs(address.sin6_port);
-    }
-
-    // Writes the port that the system chose into the address.
+    // `portOfAddress` is a part of the address.
     template <typename Address>
-    void listenOn(Address& address) const {
+    void listenOn(Address& address, in_port_t& portOfAddress, int port) {
+        portOfAddress = htons(static_cast<in_port_t>(port));
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        socket_ = nonBlocking(socket(generic->sa_family, SOCK_STREAM, 0));
         const int reuse = 1;  // The next test may use the same port at once.
         setsockopt(socket_.number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
         socklen_t size = sizeof address;
-        auto* const generic = reinterpret_cast<sockaddr*>(&address);
         if (bind(socket_.number(), generic, size) != 0 || listen(socket_.number(), SOMAXCONN) != 0 ||
             getsockname(socket_.number(), generic, &size) != 0) {
             throw std::runtime_error("the scripted server cannot listen");
         }
+        port_ = ntohs(portOfAddress);
     }
 
     // False if the server stops.
@@ -271,16 +262,12 @@ class ScriptedServer::Listener {
         return true;
     }
 
-    bool carryOut(const HoldOpen&, Descriptor&, std::size_t) const {
-        pollfd stop{stop_.reader.number(), POLLIN, 0};
-        while (poll(&stop, 1, -1) < 0) continue;
-        return false;
-    }
+    bool carryOut(const HoldOpen&, Descriptor&, std::size_t) const { return waitUntilReady(stop_.reader, POLLIN); }
 
     Responder responder_;
     StopSignal stop_;
     Descriptor socket_;
-    int port_;
+    int port_ = 0;
 
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
