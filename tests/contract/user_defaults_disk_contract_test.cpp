@@ -47,53 +47,17 @@ class UserDefaultsOnDisk : public testing::Test {
 };
 
 TEST_F(UserDefaultsOnDisk, TheNextProcessReadsEveryTextByteForByte) {
-    const std::vector<std::string> texts = {"@ByteArray(x)",
-                                            "@Invalid()",
-                                            "@String(x)",
-                                            "@Rect(1 2 3 4)",
-                                            "@",
-                                            "\r\n",
-                                            "a\r\nb\n",
-                                            "\n",
-                                            "\x01\x1F\x7F",
-                                            " ",
-                                            "\t tab \t",
-                                            ",",
-                                            ", ",
-                                            "1,2",
-                                            "a,\"b\", c",
-                                            "\"",
-                                            "\"\"",
-                                            "'",
-                                            "\\",
-                                            "\\\\",
-                                            "\\x41\\n\\0",
-                                            "%",
-                                            "%%20%",
-                                            ";",
-                                            "#",
-                                            "=",
-                                            "[General]",
-                                            "$HOME `x` $(x)",
-                                            "0",
-                                            "-1.50",
-                                            "false",
-                                            "null",
-                                            "\xC2\xA0x",
-                                            "e\xCC\x81",
-                                            "\xE2\x80\xA8",
-                                            "\xEE\x80\x80",
-                                            "x\xEF\xBB\xBF",
-                                            "\xF0\x9F\x94\x8D",
-                                            std::string(100'000, 'y')};
+    const std::string longText(100'000, 'y');
     std::string sets;
     std::string gets;
     std::string expected;
-    for (std::size_t at = 0; at < texts.size(); ++at) {
-        const std::string key = "key" + std::to_string(at);
-        sets += "set " + key + " " + quoted(texts[at]) + " ";
+    for (const std::string text : {"@ByteArray(x)", "@", "a\r\nb\n", "\x01\x1F\x7F", "\t tab \t", ", ", "a,\"b\", c",
+                                   "\"\"", "\\x41\\n\\0", "%%20%", ";", "#", "=", "[General]", "-1.50", "false",
+                                   "\xC2\xA0\xEE\x80\x80 x\xEF\xBB\xBF \xF0\x9F\x94\x8D", longText.c_str()}) {
+        const std::string key = "key" + std::to_string(expected.size());
+        sets += "set " + key + " " + quoted(text) + " ";
         gets += "get " + key + " ";
-        expected += "[" + texts[at] + "]\n";
+        expected += "[" + text + "]\n";
     }
     // The longest argument of a command.
     ASSERT_LT(sets.size(), 130'000U);
