@@ -61,22 +61,56 @@ bool has(AtspiAccessible* accessible, AtspiStateType state) {
     return states && atspi_state_set_contains(states.get(), state) != FALSE;
 }
 
-std::string lineFor(const Element& element, AtspiAccessible* accessible) {
-    std::string line = element.role() + " \"" + element.name() + "\"";
-    if (const std::string text = element.text(); !text.empty()) line += " text \"" + text + "\"";
-    for (const auto& [state, name] : statesInTree) {
-        if (has(accessible, state)) line += std::string(" ") + name;
+std::string nameOf(AtspiAccessible* accessible) { return taken(atspi_accessible_get_name(accessible, nullptr)); }
+
+std::string roleOf(AtspiAccessible* accessible) { return taken(atspi_accessible_get_role_name(accessible, nullptr)); }
+
+std::string textOf(AtspiAccessible* accessible) {
+    const auto text = owned(atspi_accessible_get_text_iface(accessible));
+    if (!text) return {};
+    const gint length = atspi_text_get_character_count(text.get(), nullptr);
+    return taken(atspi_text_get_text(text.get(), 0, length, nullptr));
+}
+
+using Accessible = std::shared_ptr<AtspiAccessible>;
+
+std::vector<Accessible> childrenOf(AtspiAccessible* accessible) {
+    std::vector<Accessible> children;
+    const gint count = atspi_accessible_get_child_count(accessible, nullptr);
+    for (gint i = 0; i < count; ++i) {
+        if (auto child = owned(atspi_accessible_get_child_at_index(accessible, i, nullptr))) children.push_back(child);
     }
-    return line;
+    return children;
+}
+
+// Null if the program offers no elements.
+Accessible applicationOf(pid_t program) {
+    const Accessible root = desktop();
+    if (!root) return nullptr;
+    for (const Accessible& candidate : childrenOf(root.get())) {
+        if (atspi_accessible_get_process_id(candidate.get(), nullptr) == static_cast<guint>(program)) return candidate;
+    }
+    return nullptr;
 }
 
 // Stops at the first element for which `visit` returns true.
-bool visitTree(const Element& element, const std::function<bool(const Element&)>& visit) {
-    if (visit(element)) return true;
-    for (const Element& child : element.children()) {
+bool visitTree(const Accessible& accessible, const std::function<bool(const Accessible&)>& visit) {
+    if (visit(accessible)) return true;
+    for (const Accessible& child : childrenOf(accessible.get())) {
         if (visitTree(child, visit)) return true;
     }
     return false;
+}
+
+std::string treeOf(AtspiAccessible* accessible, const std::string& indent) {
+    std::string lines = indent + roleOf(accessible) + " \"" + nameOf(accessible) + "\"";
+    if (const std::string text = textOf(accessible); !text.empty()) lines += " text \"" + text + "\"";
+    for (const auto& [state, name] : statesInTree) {
+        if (has(accessible, state)) lines += std::string(" ") + name;
+    }
+    lines += "\n";
+    for (const Accessible& child : childrenOf(accessible)) lines += treeOf(child.get(), indent + "  ");
+    return lines;
 }
 
 // Handles the library's events during the pause.
@@ -92,38 +126,11 @@ void handleEvents() {
 
 }  // namespace
 
-bool Element::isButton() const { return is(accessible_.get(), ATSPI_ROLE_PUSH_BUTTON); }
+std::string Element::role() const { return roleOf(accessible_.get()); }
 
-bool Element::isLabel() const { return is(accessible_.get(), ATSPI_ROLE_LABEL); }
-
-bool Element::isField() const { return is(accessible_.get(), ATSPI_ROLE_TEXT); }
-
-std::string Element::role() const { return taken(atspi_accessible_get_role_name(accessible_.get(), nullptr)); }
-
-std::string Element::name() const { return taken(atspi_accessible_get_name(accessible_.get(), nullptr)); }
-
-std::string Element::text() const {
-    const auto text = owned(atspi_accessible_get_text_iface(accessible_.get()));
-    if (!text) return {};
-    const gint length = atspi_text_get_character_count(text.get(), nullptr);
-    return taken(atspi_text_get_text(text.get(), 0, length, nullptr));
-}
+std::string Element::name() const { return nameOf(accessible_.get()); }
 
 bool Element::enabled() const { return has(accessible_.get(), ATSPI_STATE_ENABLED); }
-
-bool Element::focused() const { return has(accessible_.get(), ATSPI_STATE_FOCUSED); }
-
-bool Element::showing() const { return has(accessible_.get(), ATSPI_STATE_SHOWING); }
-
-std::vector<Element> Element::children() const {
-    std::vector<Element> children;
-    const gint count = atspi_accessible_get_child_count(accessible_.get(), nullptr);
-    for (gint i = 0; i < count; ++i) {
-        auto child = owned(atspi_accessible_get_child_at_index(accessible_.get(), i, nullptr));
-        if (child) children.emplace_back(std::move(child));
-    }
-    return children;
-}
 
 bool Element::press() const {
     const auto action = owned(atspi_accessible_get_action_iface(accessible_.get()));
@@ -141,66 +148,45 @@ bool Element::setText(const std::string& text) const {
     return field && atspi_editable_text_set_text_contents(field.get(), text.c_str(), nullptr) != FALSE;
 }
 
-std::string Element::tree() const {
-    std::string lines = lineFor(*this, accessible_.get()) + "\n";
-    for (const Element& child : children()) {
-        std::string below = child.tree();
-        for (std::size_t start = 0; start < below.size(); start = below.find('\n', start) + 1)
-            below.insert(start, "  ");
-        lines += below;
-    }
-    return lines;
-}
-
 std::optional<Element> AccessibleProgram::button(std::string_view name) const {
-    return first([&](const Element& element) { return element.isButton() && element.name() == name; });
+    return first([&](AtspiAccessible* each) { return is(each, ATSPI_ROLE_PUSH_BUTTON) && nameOf(each) == name; });
 }
 
 std::optional<Element> AccessibleProgram::label(std::string_view name) const {
-    return first([&](const Element& element) { return element.isLabel() && element.name() == name; });
+    return first([&](AtspiAccessible* each) { return is(each, ATSPI_ROLE_LABEL) && nameOf(each) == name; });
 }
 
 std::optional<Element> AccessibleProgram::field() const {
-    return first([](const Element& element) { return element.isField(); });
+    return first([](AtspiAccessible* each) { return is(each, ATSPI_ROLE_TEXT); });
 }
 
 std::optional<Element> AccessibleProgram::focused() const {
-    return first([](const Element& element) { return element.focused(); });
+    return first([](AtspiAccessible* each) { return has(each, ATSPI_STATE_FOCUSED); });
 }
 
 std::vector<Element> AccessibleProgram::labels() const {
     std::vector<Element> found;
-    first([&](const Element& element) {
-        if (element.isLabel() && element.showing()) found.push_back(element);
+    const Accessible root = applicationOf(pid_);
+    if (!root) return found;
+    visitTree(root, [&](const Accessible& each) {
+        if (is(each.get(), ATSPI_ROLE_LABEL) && has(each.get(), ATSPI_STATE_SHOWING)) found.emplace_back(each);
         return false;
     });
     return found;
 }
 
 std::string AccessibleProgram::tree() const {
-    const std::optional<Element> root = application();
-    return root ? root->tree() : "the program offers no elements\n";
+    const Accessible root = applicationOf(pid_);
+    return root ? treeOf(root.get(), "") : "the program offers no elements\n";
 }
 
-std::optional<Element> AccessibleProgram::application() const {
-    const std::shared_ptr<AtspiAccessible> root = desktop();
-    const gint count = root ? atspi_accessible_get_child_count(root.get(), nullptr) : 0;
-    for (gint i = 0; i < count; ++i) {
-        auto candidate = owned(atspi_accessible_get_child_at_index(root.get(), i, nullptr));
-        if (!candidate) continue;
-        if (atspi_accessible_get_process_id(candidate.get(), nullptr) != static_cast<guint>(pid_)) continue;
-        return Element(std::move(candidate));
-    }
-    return std::nullopt;
-}
-
-std::optional<Element> AccessibleProgram::first(const std::function<bool(const Element&)>& matches) const {
-    const std::optional<Element> root = application();
+std::optional<Element> AccessibleProgram::first(const std::function<bool(AtspiAccessible*)>& matches) const {
+    const Accessible root = applicationOf(pid_);
     if (!root) return std::nullopt;
     std::optional<Element> found;
-    visitTree(*root, [&](const Element& element) {
-        if (!matches(element) || !element.showing()) return false;
-        found = element;
+    visitTree(root, [&](const Accessible& each) {
+        if (!matches(each.get()) || !has(each.get(), ATSPI_STATE_SHOWING)) return false;
+        found.emplace(each);
         return true;
     });
     return found;

@@ -20,25 +20,15 @@ class Element {
   public:
     explicit Element(std::shared_ptr<_AtspiAccessible> accessible) : accessible_(std::move(accessible)) {}
 
-    bool isButton() const;
-    bool isLabel() const;
-    bool isField() const;
-    std::string role() const;  // for messages only: the library's versions use different words
+    std::string role() const;  // the library's versions use different words
     std::string name() const;
-    std::string text() const;  // of a field, UTF-8; empty for other elements
     bool enabled() const;
-    bool focused() const;
-    bool showing() const;
-    std::vector<Element> children() const;
 
     // Presses a button. True if the program accepted the press; its effect comes later.
     bool press() const;
 
     // Replaces the text of a field.
     bool setText(const std::string& text) const;
-
-    // The element and its descendants, one per line, indented: role, name, text and states.
-    std::string tree() const;
 
   private:
     std::shared_ptr<_AtspiAccessible> accessible_;
@@ -57,12 +47,11 @@ class AccessibleProgram {
 
     std::vector<Element> labels() const;  // all, in tree order
 
-    // For messages of failed tests.
+    // For messages of failed tests: the elements, one per line, indented, with role, name, text and states.
     std::string tree() const;
 
   private:
-    std::optional<Element> application() const;
-    std::optional<Element> first(const std::function<bool(const Element&)>& matches) const;
+    std::optional<Element> first(const std::function<bool(_AtspiAccessible*)>& matches) const;
 
     pid_t pid_;
 };

@@ -37,9 +37,9 @@ void forget(void* listening) { delete static_cast<Listening*>(listening); }
 
 }  // namespace
 
-Announcements::Announcements(pid_t program) : program_(program) {
+Announcements::Announcements(pid_t program) {
     atspi_init();
-    listener_ = {atspi_event_listener_new(note, new Listening{program_, &words_}, forget),
+    listener_ = {atspi_event_listener_new(note, new Listening{program, &words_}, forget),
                  [](AtspiEventListener* held) { g_object_unref(held); }};
     for (const char* const type : {announcement, showing}) {
         atspi_event_listener_register(listener_.get(), type, nullptr);

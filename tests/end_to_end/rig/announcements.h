@@ -23,7 +23,6 @@ class Announcements {
     const std::vector<std::string>& words() const { return words_; }
 
   private:
-    pid_t program_;
     std::vector<std::string> words_;
     std::shared_ptr<_AtspiEventListener> listener_;
 };
