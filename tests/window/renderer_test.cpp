@@ -3,6 +3,8 @@
 
 #include <QCoreApplication>
 #include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 #include "platform/qt/window/main_window.h"
@@ -166,6 +168,13 @@ TEST_F(Renderer, AScrollAreasContentMayBecomeAnotherElement) {
     show(area(text("one")));
     show(area(vstack(Alignment::leading, 10, {text("one"), text("two")})));
     EXPECT_EQ(place("two").top(), place("one").bottom() + 1 + 10);
+}
+
+TEST_F(Renderer, AScrollAreaScrollsOnlyVertically) {
+    show(centred(View(ScrollArea{200, "area", {text("in").frame(900, Alignment::leading)}})));
+    const auto* area = window_->findChild<QScrollArea*>();
+    EXPECT_FALSE(area->horizontalScrollBar()->isVisible());
+    EXPECT_EQ(area->viewport()->height(), area->height());
 }
 
 TEST_F(Renderer, TheOutermostElementMayBecomeAnother) {
