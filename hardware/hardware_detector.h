@@ -12,9 +12,9 @@ class HardwareDetector {
   public:
     HardwareDetector() = delete;
 
-    // Runs up to five system commands, one after another, and returns what they tell; the rest has fixed values. Never
-    // fails. Blocks until the commands have ended, without limit: call it off the main thread. Two calls may run at
-    // once.
+    // Runs up to five system commands, one after another, and returns what they report; the other fields have fixed
+    // values. Never fails. Blocks until the commands have ended, without limit: call it off the main thread. Two calls
+    // may run at once.
     [[nodiscard]] static HardwareInfo detect();
 
     // Posts the record to the website with the base URL `url` (as typed), waits for the answer, and returns whether the

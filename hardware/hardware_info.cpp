@@ -61,7 +61,7 @@ JsonObject jsonObjectOf(const HardwareInfo& info) {
 }
 
 HardwareInfo hardwareInfoFrom(const JsonObject& object) {
-    // Braces, because only they read from left to right.
+    // Braces, because they evaluate their arguments from left to right.
     return HardwareInfo{
         textIn(object, "os"),           textIn(object, "processor"),   textIn(object, "graphicsCard"),
         integerIn(object, "ramGB"),     textIn(object, "ramType"),     integerIn(object, "ramFrequency"),

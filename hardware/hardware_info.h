@@ -6,7 +6,7 @@
 
 #include "platform/json.h"
 
-// Texts may be empty, and numbers may be any: nothing checks them.
+// Nothing is checked: texts may be empty, numbers may have any value.
 struct HardwareInfo {
     HardwareInfo(std::string os, std::string processor, std::string graphicsCard, std::int64_t ramGB,
                  std::string ramType, std::int64_t ramFrequency, std::int64_t storageGB, std::string storageType,
@@ -14,8 +14,8 @@ struct HardwareInfo {
 
     std::string os;            // Name of the operating system, without version.
     std::string processor;     // Name.
-    std::string graphicsCard;  // Name of the first one.
-    std::int64_t ramGB;        // Installed memory in units of 2^30 bytes, cut toward zero.
+    std::string graphicsCard;  // Name of the first graphics card.
+    std::int64_t ramGB;        // Installed memory in units of 2^30 bytes, rounded toward zero.
     std::string ramType;
     std::int64_t ramFrequency;  // The figure on the label of the memory; no unit.
     std::int64_t storageGB;     // Size of the root volume as df prints it.
@@ -27,7 +27,7 @@ struct HardwareInfo {
 // The ten fields, in the order above and under their own names.
 [[nodiscard]] platform::JsonObject jsonObjectOf(const HardwareInfo& info);
 
-// Why an object is no record.
+// Why a JSON object is not a record.
 struct CodingError {
     enum class Kind { keyNotFound, valueNotFound, typeMismatch };  // valueNotFound: it is null.
 

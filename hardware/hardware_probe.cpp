@@ -11,14 +11,14 @@ namespace {
 
 constexpr std::int64_t bytesPerGigabyte = std::int64_t{1} << 30;
 
-// What the record holds where no command tells better.
+// The values of fields that no command determines.
 HardwareInfo startingValues() {
     return HardwareInfo(/*os=*/"macOS", /*processor=*/"Unknown", /*graphicsCard=*/"Unknown", /*ramGB=*/8,
                         /*ramType=*/"DDR4", /*ramFrequency=*/2666, /*storageGB=*/512, /*storageType=*/"SSD",
                         /*directxVersion=*/"Not Applicable", /*gpuMemory=*/4);
 }
 
-// What follows the last colon of the first match. Of a value with colons of its own, only the end is kept.
+// The text after the last colon of the first match, so a value that contains colons loses its beginning.
 std::optional<std::string> labelledValue(const RegularExpression& pattern, const std::string& overview) {
     const std::optional<std::string> match = pattern.firstMatchIn(overview);
     if (!match) return std::nullopt;

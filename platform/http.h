@@ -41,15 +41,15 @@ namespace httpSession {
 
 // Starts `request` and returns at once. `completionHandler` is called exactly once, on the delivery queue: one thread
 // of the session's own, neither the main thread nor the caller's, on which handlers run one after another. While one
-// runs, no other exchange moves on, nor does its interval run out; it may start further requests. A handler that throws
+// runs, other requests pause, and so do their timeouts; it may start further requests. A handler that throws
 // std::bad_alloc ends, and the session goes on. Only when the session cannot begin (no thread, no HTTP library) is the
 // handler called with an error on the caller's thread, before this returns.
 //
 // Only http and https are requested. Redirects 301, 302 and 303 are followed as GET without body, 307 and 308 as POST
-// with the body, 16 in all at most; any other 3xx, or one that names no target, is an answer. Nothing is sent a second
-// time but to follow a redirect, or with the URL's own credentials when the server asks for them: a connection that
-// drops is an error. Certificates and host names are verified. The proxy is the one that the system's settings name for
-// the request's URL; those of the environment do not count. Cookies live as long as the process. Bodies in the content
+// with the body, 16 in all at most; any other 3xx, or one that names no target, is an answer. A request is
+// sent again only to follow a redirect, or when the server asks for the URL's credentials: a connection that drops is
+// an error. Certificates and host names are verified. The proxy is the one that the system's settings name for the
+// request's URL; those of the environment do not count. Cookies live as long as the process. Bodies in the content
 // codings gzip and deflate arrive decoded; one that is cut short arrives as far as it could be decoded. An unknown
 // coding is an error, and so are a body of more than 256 MiB, as received or as decoded, a header or trailer of more
 // than 1 MiB, a 17th interim answer, and a redirect from https to http. Safe from any thread.

@@ -1,9 +1,10 @@
 // The window, described as plain data.
 //
 // A view is a value, built anew from the state at each change. The back end updates the window at once and in place, so
-// that the next input meets the new state, and focus, caret and half-typed text stay. Only an element of another kind,
-// with other modifiers, another number of children or another spacing, alignment or width replaces the one in its slot.
-// Lengths are in points: logical pixels. Main thread only, except Cell::get.
+// that the next input acts on the new state, and focus, caret and half-typed text stay. Only an element of another
+// kind, with other modifiers, another number of children or another spacing, alignment or width replaces the one in its
+// slot. Actions, onChange and onAppear may change the state. Lengths are in points: logical pixels. Main thread only,
+// except Cell::get.
 #pragma once
 
 #include <functional>

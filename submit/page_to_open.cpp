@@ -22,13 +22,13 @@ bool isAbsolute(const std::string& redirect) {
     return redirect.starts_with("http://") || redirect.starts_with("https://");
 }
 
-// `part` tells whether the address has a query already.
+// The separator is "&" if `part` contains "?".
 void addHardwareId(std::string& address, const std::string& part, const std::string& hardwareId) {
     address += contains(part, "?") ? "&hardware_id=" : "?hardware_id=";
     address += hardwareId;
 }
 
-// A redirect that mentions "hardware_id" anywhere holds the id already.
+// If the redirect contains "hardware_id" anywhere, no id is added.
 std::string relativePage(const std::string& redirect, const std::optional<std::string>& hardwareId,
                          const std::string& baseUrl) {
     std::string page(platform::trimmedOfSlashes(baseUrl));

@@ -1,4 +1,4 @@
-// HardwareDetector::sendToWebsite: the request, and the wait for what submission_response.cpp makes of the answer.
+// HardwareDetector::sendToWebsite: sends the request and waits until submission_response.cpp has handled the answer.
 #include <chrono>
 #include <memory>
 #include <utility>

@@ -16,7 +16,7 @@ using platform::log;
 
 namespace {
 
-// What is read out of an answer.
+// The members that are read.
 constexpr std::array<std::string_view, 4> answerKeys = {"success", "error", "hardware_id", "redirect_url"};
 
 void fail(Submission& submission, std::string message, std::string_view logText, std::string_view logValue = {}) {
@@ -46,7 +46,7 @@ void openPageFor(platform::JsonObject answer, const std::string& baseUrl) {
 
 // Any of the steps may be the last.
 void settle(platform::HttpAnswer received, Submission& submission) {
-    // 1. Status. One other than 200 is told but decides nothing: the body does.
+    // 1. Status. One other than 200 is logged, but only the body decides.
     const std::string code = std::to_string(received.statusCode);
     log("📥 Response status: ", code);
     if (!received.isOk()) fail(submission, "Server error: HTTP " + code, "❌ Server returned status: ", code);
@@ -54,7 +54,7 @@ void settle(platform::HttpAnswer received, Submission& submission) {
     // 2. The body, for whoever reads the log.
     if (platform::isUtf8(received.body)) log("📥 Response body: ", received.body);
 
-    // 3. JSON. An empty body is none.
+    // 3. JSON. An empty body is not JSON.
     std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(received.body, answerKeys);
     std::string().swap(received.body);  // It may be large.
     if (!answer) return fail(submission, "Invalid JSON response", "❌ Could not parse JSON response");
@@ -81,7 +81,7 @@ void settle(platform::HttpAnswer received, Submission& submission) {
 }  // namespace
 
 void handleSubmissionResult(platform::HttpResult result, Submission& submission) {
-    // Whatever happens, the caller does not wait for ever.
+    // Wakes the caller on every path.
     struct Wake {
         Submission& submission;
         ~Wake() { submission.completion.release(); }

@@ -9,8 +9,8 @@ class AppTracker {
     AppTracker() = delete;
 
     // Reports an install and then a usage to the website with the base URL `url` (as typed), at every call: the website
-    // recognises repetitions. Blocks until the install report is answered or was idle for 10 seconds (each byte starts
-    // these anew), and does not wait for the usage report.
+    // recognises repetitions. Blocks until the install report is answered or was idle for 10 seconds (each byte
+    // restarts the interval), and does not wait for the usage report.
     static void trackUsage(const std::string& url);
 
     // Reports an install and waits for the answer.

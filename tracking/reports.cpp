@@ -44,7 +44,7 @@ const std::string* readableBody(const platform::HttpAnswer& answer) {
     return platform::isUtf8(answer.body) ? &answer.body : nullptr;
 }
 
-// One report's outcome, held by the caller who waits and the handler together; the semaphore orders the two.
+// A report's outcome, shared by the waiting caller and the handler. The caller reads it after `completion`.
 struct InstallReport {
     bool succeeded = false;
     std::binary_semaphore completion{0};
@@ -64,7 +64,7 @@ void logWhetherCreated(const std::string& body) {
     constexpr std::array<std::string_view, 1> keys = {"created"};
     const std::optional<platform::JsonObject> answer = platform::jsonObjectFrom(body, keys);
     if (!answer) return;
-    // A number is not a boolean here, although 1 converts to one.
+    // Only true counts; boolean() would also accept 1.
     const auto* created = std::get_if<bool>(answer->find("created"));
     if (created != nullptr && *created) {
         log("   📝 New install created");
@@ -82,7 +82,7 @@ void accept(const std::string& text, InstallReport& report) {
 }
 
 void handleInstallResult(const platform::HttpResult& result, InstallReport& report) {
-    // Whatever happens, the caller does not wait for ever.
+    // Wakes the caller on every path.
     struct Wake {
         InstallReport& report;
         ~Wake() { report.completion.release(); }
@@ -100,7 +100,7 @@ void handleInstallResult(const platform::HttpResult& result, InstallReport& repo
     if (!answer.isOk()) {
         log("⚠️ Install tracking returned status: ", code);
         if (text != nullptr) log("   Response: ", *text);
-    } else if (text != nullptr) {  // Otherwise it counts as not tracked, and nothing more is said of it.
+    } else if (text != nullptr) {  // Otherwise the install counts as not tracked.
         accept(*text, report);
     }
 }
@@ -129,7 +129,7 @@ void AppTracker::trackUsage(const std::string& url) {
 
     trackInstall(url);
 
-    // The date is only kept: both reports go out every time.
+    // The date decides nothing: both reports are sent every time.
     if (lastDate != today) platform::userDefaults::setString(lastTrackedDateKey, today);
     trackUsageOnly(url, deviceId);
 }

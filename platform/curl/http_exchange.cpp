@@ -1,6 +1,5 @@
 #include "platform/curl/http_exchange.h"
 
-#include <algorithm>
 #include <exception>
 #include <new>
 #include <utility>
@@ -22,8 +21,6 @@ constexpr std::size_t largestHeader = std::size_t{1} << 20;
 
 // Each header line counts as life, so interim answers (100 to 199) without end would never time out.
 constexpr int mostInterimAnswers = 16;
-
-constexpr std::chrono::seconds longestInterval = std::chrono::hours(7 * 24);
 
 bool isFollowed(int statusCode) {
     return statusCode == 301 || statusCode == 302 || statusCode == 303 || statusCode == 307 || statusCode == 308;
@@ -49,10 +46,7 @@ HttpError tooLargeError() { return errorFor(tooLarge, "a body of more than 256 M
 }  // namespace
 
 Exchange::Exchange(HttpRequest request, HttpCompletionHandler completionHandler)
-    : request_(std::move(request)), completionHandler_(std::move(completionHandler)) {
-    // Short enough to be added to any moment.
-    request_.timeoutInterval = std::clamp(request_.timeoutInterval, std::chrono::seconds(0), longestInterval);
-}
+    : request_(std::move(request)), completionHandler_(std::move(completionHandler)) {}
 
 Exchange& Exchange::of(CURL* handle) {
     char* exchange = nullptr;
@@ -99,7 +93,7 @@ CURLcode Exchange::setOptions(const Shared& shared) {
     set(CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC | CURLAUTH_DIGEST));
 
     // A connection that served before may be gone by now, and libcurl would then send the request a second time. With
-    // one request to a connection HTTP/2 has nothing to offer, and it brings repetitions of its own.
+    // one request to a connection HTTP/2 has no advantage, and it may repeat a request.
     set(CURLOPT_FRESH_CONNECT, 1L);
     set(CURLOPT_FORBID_REUSE, 1L);
     set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});
@@ -163,7 +157,7 @@ bool Exchange::takeStatusLine(std::string_view line) {
     forgetAnswer();
     answer_.statusCode = static_cast<int>(info<long>(CURLINFO_RESPONSE_CODE));
     if (answer_.statusCode < 200 && ++interimAnswers_ > mostInterimAnswers) return false;
-    // What was sent to a website under TLS must not go on without it.
+    // What was sent over TLS must not be sent on without it.
     const char* scheme = info<const char*>(CURLINFO_SCHEME);
     if (scheme != nullptr && (scheme == std::string_view("https") || scheme == std::string_view("HTTPS"))) {
         libcurl().easy_setopt(easy_.get(), CURLOPT_REDIR_PROTOCOLS_STR, "https");

@@ -1,4 +1,4 @@
-// One request and what comes in answer to it.
+// One request and its answer.
 #pragma once
 
 #include <curl/curl.h>

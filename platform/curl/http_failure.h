@@ -1,4 +1,4 @@
-// Why no answer came, in the codes and words of macOS, where the log's readers come from.
+// Errors with the codes and sentences of macOS, which readers of the log know.
 #pragma once
 
 #include <curl/curl.h>

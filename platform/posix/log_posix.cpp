@@ -29,7 +29,7 @@ bool isForATerminal() {
 
 bool isLineEnding(std::string_view text) { return text.starts_with('\n') || text.starts_with("\r\n"); }
 
-// An answer could otherwise move a terminal's cursor and overwrite the lines that tell of it. Unicode has a picture of
+// An answer could otherwise move a terminal's cursor and overwrite lines of the log. Unicode has a picture of
 // each control character below 0x80.
 void writeWithControlsVisible(std::string_view text) {
     constexpr const char* replacement = "\xEF\xBF\xBD";

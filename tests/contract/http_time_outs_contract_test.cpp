@@ -113,17 +113,4 @@ TEST(HttpSession, TimesOutWhileSending) {
     expectTimedOut(result);
 }
 
-TEST(HttpSession, TimesOutAtOnceWithAnIntervalOfZeroOrLess) {
-    const ScriptedServer server(always({WaitUntilClientHasGone{}}));
-
-    expectTimedOut(resultOf(post(server.url("/"), "{}", 0s)));
-    expectTimedOut(resultOf(post(server.url("/"), "{}", std::chrono::seconds::min())));
-}
-
-TEST(HttpSession, AcceptsTheLongestInterval) {
-    const ScriptedServer server(always({Send{answerBytes(200, "soon")}}));
-
-    expectAnswer(resultOf(post(server.url("/"), "{}", std::chrono::seconds::max())), 200, "soon");
-}
-
 }  // namespace

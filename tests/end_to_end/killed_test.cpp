@@ -30,7 +30,7 @@ class KilledProgram : public Surroundings, public testing::WithParamInterface<in
     }
 
     // How long a first start takes here until both reports are sent.
-    [[nodiscard]] std::chrono::milliseconds durationOfAStart() {
+    [[nodiscard]] std::chrono::microseconds durationOfAStart() {
         const testSupport::TemporaryFolder home;
         Program::Setting first = setting();
         first.environment["HOME"] = home.path();
@@ -38,7 +38,7 @@ class KilledProgram : public Surroundings, public testing::WithParamInterface<in
         const auto start = std::chrono::steady_clock::now();
         const Program program(first);
         EXPECT_TRUE(program.waitForLine("✅ Usage tracked successfully"));
-        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+        return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
     }
 };
 
@@ -51,8 +51,8 @@ TEST_P(KilledProgram, LeavesValidSettingsWithTheReportedId) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
     // Kills before, between and after the two reports.
-    const std::chrono::milliseconds part = durationOfAStart() * 5 / 4 / rounds;
-    std::uniform_int_distribution<std::chrono::milliseconds::rep> withinThePart(0, part.count());
+    const std::chrono::microseconds part = durationOfAStart() * 5 / 4 / rounds;
+    std::uniform_int_distribution<std::chrono::microseconds::rep> withinThePart(0, part.count());
     for (int round = 0; round <= rounds; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         const testSupport::TemporaryFolder home;
@@ -65,7 +65,8 @@ TEST_P(KilledProgram, LeavesValidSettingsWithTheReportedId) {
             if (round == rounds) {
                 ASSERT_TRUE(server.waitForRequests(1));
             } else {
-                program.waitForExit(part * round + std::chrono::milliseconds(withinThePart(random)));
+                const auto moment = part * round + std::chrono::microseconds(withinThePart(random));
+                program.waitForExit(std::chrono::duration_cast<std::chrono::milliseconds>(moment));
             }
             program.signal(SIGKILL);
             ASSERT_EQ(program.waitForExit(), (ExitStatus{ExitStatus::Kind::signal, SIGKILL}));

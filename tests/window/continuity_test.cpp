@@ -142,6 +142,23 @@ TEST_F(WindowContinuity, TheFocusStaysWhereItWasMovedDuringADetection) {
     EXPECT_TRUE(field()->hasFocus());
 }
 
+TEST_F(WindowContinuity, OfTwoBusyButtonsTheOneThatLastHadTheFocusGetsItBack) {
+    show(record());
+    for (const char* name : {"Detect Hardware", "Send to Website"}) {
+        button(name)->setFocus();
+        QTest::keyClick(button(name), Qt::Key_Space);
+    }
+    view_.isDetecting.set(false);
+    EXPECT_EQ(window_.focusWidget(), nullptr);
+    view_.isSending.set(false);
+    EXPECT_TRUE(button("Send to Website")->hasFocus());
+}
+
+TEST_F(WindowContinuity, AChangeIsShownAtOnce) {
+    view_.detectedHardware.set(record());
+    EXPECT_NE(button("Send to Website"), nullptr);
+}
+
 TEST_F(WindowContinuity, TheListKeepsItsScrollPositionWhenTheAddressChanges) {
     show(recordOfLength(1'000));
     list()->verticalScrollBar()->setValue(50);

@@ -89,6 +89,11 @@ TEST_F(WindowInk, AValueInARightToLeftScriptBeginsAtTheRight) {
     EXPECT_GT(lastLine.left() - place.left(), 20);
 }
 
+TEST_F(WindowInk, AShortValueInARightToLeftScriptIsVisible) {
+    show(record("מעבד"));
+    EXPECT_FALSE(inkIn(placeOf(label("מעבד"))).isEmpty());
+}
+
 TEST_F(WindowInk, TheFocusIsVisibleInLightAndDark) {
     show(recordOfLength(1'000));
     for (const Appearance appearance : {Appearance::light, Appearance::dark}) {

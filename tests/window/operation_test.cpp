@@ -128,6 +128,7 @@ TEST_F(WindowOperation, TabGoesFromTopToBottomAndStartsAgain) {
         EXPECT_GT(placeOf(order[at]).top(), placeOf(order[at - 1]).top());
     }
     EXPECT_NE(std::find(order.begin(), order.end(), button("Send to Website")), order.end());
+    EXPECT_TRUE(field()->hasFocus());
 }
 
 // Like macOS while its keyboard navigation is off.
@@ -176,12 +177,18 @@ TEST_F(WindowOperation, TheListIsScrolledByWheelAndScrollBar) {
     QTest::mouseRelease(window_.windowHandle(), Qt::LeftButton, {}, QPoint(top.x(), area.bottom()));
 }
 
-TEST_F(WindowOperation, TabSkipsAListThatNeedsNoScrolling) {
-    show(recordOfLength(1'000));
-    EXPECT_EQ(list()->focusPolicy(), Qt::TabFocus);
+TEST_F(WindowOperation, AListThatNeedsNoScrollingHasNeitherFocusNorScrollBar) {
     window_.setFixedHeight(800);
-    show(record());
-    EXPECT_EQ(list()->focusPolicy(), Qt::NoFocus);
+    for (int round = 0; round < 2; ++round) {
+        show(record());
+        EXPECT_EQ(list()->focusPolicy(), Qt::NoFocus);
+        EXPECT_FALSE(list()->hasFocus());
+        EXPECT_FALSE(list()->verticalScrollBar()->isVisible());
+        show(recordOfLength(1'000));
+        EXPECT_EQ(list()->focusPolicy(), Qt::TabFocus);
+        EXPECT_TRUE(list()->verticalScrollBar()->isVisible());
+        list()->setFocus();
+    }
 }
 
 TEST_F(WindowOperation, ClosingEndsTheApplicationWithZero) {

@@ -170,6 +170,15 @@ TEST_F(Renderer, AScrollAreasContentMayBecomeAnotherElement) {
     EXPECT_EQ(place("two").top(), place("one").bottom() + 1 + 10);
 }
 
+TEST_F(Renderer, AnOnAppearHookMayChangeTheView) {
+    show(text("before").onAppear([this, after = std::string(100, 'x')] {
+        view_ = text(after);
+        changes_.notify();
+        view_ = text(after);  // The hook still exists.
+    }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return place(QString(100, 'x')).isValid(); }, 30'000));
+}
+
 TEST_F(Renderer, AScrollAreaScrollsOnlyVertically) {
     show(centred(View(ScrollArea{200, "area", {text("in").frame(900, Alignment::leading)}})));
     const auto* area = window_->findChild<QScrollArea*>();
@@ -195,6 +204,7 @@ TEST_F(Renderer, ASlotMayHoldASpacerAndAnElementInTurn) {
         show(row(spacer()));
         EXPECT_EQ(place("last").right(), 599);
         show(row(text("middle")));
+        EXPECT_GT(place("first").left(), 0);
         EXPECT_EQ(place("last").left(), place("middle").right() + 1 + defaultSpacing);
         show(row(View(Nothing{})));
         EXPECT_EQ(place("last").left(), place("first").right() + 1 + defaultSpacing);

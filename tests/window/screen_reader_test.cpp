@@ -1,4 +1,4 @@
-// The window for a screen reader: roles, names, states and announcements.
+// The window for a screen reader: roles, names and states.
 #include <QAccessible>
 #include <QLabel>
 #include <QTest>

@@ -43,7 +43,7 @@ ShownWindow::ShownWindow() : view_(freshView()), window_(sceneOf(view_)) {
 }
 
 void ShownWindow::settle() {
-    // Each round may post the next one: a change, its rendering, the layout, the painting.
+    // Each round may post the next one: the layout, the painting, the next frame.
     for (int round = 0; round < 10; ++round) {
         QCoreApplication::sendPostedEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -17,7 +17,7 @@ namespace platform {
 
 namespace {
 
-// False when something else than a file (or folder) of this user's is there. Otherwise it is closed to others.
+// False if something other than this user's file (or folder) is there. Otherwise takes away others' permissions.
 bool isOursOrMissing(const QString& name, mode_t type, mode_t permissions) {
     const QByteArray path = QFile::encodeName(name);
     struct stat status {};

@@ -21,10 +21,6 @@ void endWhereTheToolkitGivesUp(QtMsgType type, const QMessageLogContext&, const 
     if (type == QtFatalMsg) _exit(1);
 }
 
-// The toolkit fills large areas on threads that it would end after half a minute. Making them anew takes descriptors,
-// when none may be left.
-void keepPaintingThreads() { QThreadPool::globalInstance()->setExpiryTimeout(-1); }
-
 }  // namespace
 
 void application::run(const WindowDescription& scene) {
@@ -37,7 +33,9 @@ void application::run(const WindowDescription& scene) {
     QApplication toolkit(argumentCount, arguments);
     QApplication::setApplicationDisplayName(QString::fromStdString(scene.name));
     QGuiApplication::setDesktopFileName("com.velmora.HardwareDetector");  // By which Wayland desktops find the icon.
-    keepPaintingThreads();
+    // The toolkit fills large areas on threads that it would end after half a minute. New threads need descriptors, and
+    // none may be left.
+    QThreadPool::globalInstance()->setExpiryTimeout(-1);
     installAccessibleElements();
 
     WindowOpener window(scene);

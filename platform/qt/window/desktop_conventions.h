@@ -12,10 +12,10 @@ void dress(QWidget& window);
 // thread is free again.
 void putOnScreen(QWidget& window);
 
-// Call once, before the first window opens. Adds the application's menus where the desktop has such.
+// Call once, before the first window opens. Adds the application's menus where the desktop has a menu bar.
 void addMenus();
 
-// Whether lists have the platform's scroll bars, not slim ones of our own that lie over the content.
+// Whether lists keep the platform's scroll bars instead of slim ones over the content.
 [[nodiscard]] bool usesThePlatformsScrollBars();
 
 // Whether the application ends when its window is closed. Otherwise activating it opens the window again.

@@ -9,10 +9,7 @@
 namespace platform {
 
 MainWindow::MainWindow(const WindowDescription& scene)
-    : QWidget(nullptr, Qt::Window),
-      content_(scene.content()),
-      shown_(content_.body()),
-      rendered_(shown_, this, Color::primary) {
+    : QWidget(nullptr, Qt::Window), content_(scene.content()), rendered_(content_.body(), this, Color::primary) {
     content_.changes.observe([this] { render(); });
     setWindowTitle(QString::fromStdString(scene.name));
     setFixedSize(scene.width, scene.height);
@@ -24,14 +21,14 @@ MainWindow::MainWindow(const WindowDescription& scene)
 
 MainWindow::~MainWindow() { content_.changes.observe({}); }
 
-// At once, because the next input is meant for the new state.
+// At once, so that the next input acts on the new state.
 void MainWindow::render() {
-    shown_ = content_.body();
-    if (rendered_.fits(shown_)) {
-        rendered_.update(shown_, Color::primary);
+    const View view = content_.body();
+    if (rendered_.fits(view)) {
+        rendered_.update(view, Color::primary);
     } else {
         rendered_.remove();
-        rendered_ = RenderedView(shown_, this, Color::primary);
+        rendered_ = RenderedView(view, this, Color::primary);
         layout()->addWidget(rendered_.widget());
     }
 }
@@ -68,12 +65,13 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void MainWindow::appear() {
     desktopConventions::putOnScreen(*this);
-    for (const Modifier& modifier : shown_.modifiers()) {
+    const View view = content_.body();  // The action may change what is shown.
+    for (const Modifier& modifier : view.modifiers()) {
         if (const auto* hook = std::get_if<OnAppear>(&modifier)) hook->action();
     }
 }
 
-// Elements accept their presses, so only those on the background come here.
+// The field, enabled buttons and the scroll bar accept presses. All others come here, also those on texts and the list.
 void MainWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
     if (windowHandle()->startSystemMove()) return;

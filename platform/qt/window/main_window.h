@@ -1,4 +1,4 @@
-// The window.
+// The window: shows a view, updates it, and runs its on-appear hook.
 #pragma once
 
 #include <QWidget>
@@ -28,7 +28,6 @@ class MainWindow : public QWidget {
     void appear();
 
     WindowDescription::Content content_;
-    View shown_;
     RenderedView rendered_;
     Appearance appearance_ = Appearance::done;
     std::optional<QPoint> grip_;  // Where the background is held while the window is dragged.

@@ -68,8 +68,8 @@ Color foregroundIn(const View& view, Color surrounding) {
     return foreground != nullptr ? foreground->color : surrounding;
 }
 
-// What a widget cannot change after it was made, as numbers: the kinds of element and modifiers, and how they place
-// their content.
+// What needs new widgets when it changes, as numbers: the kinds of element and modifiers, and how they place their
+// content.
 std::vector<int> shapeOf(const View& view) {
     std::vector<int> shape{static_cast<int>(view.element().index()), static_cast<int>(fillsWidth(view))};
     const auto add = [&shape](std::vector<int> numbers) { shape.insert(shape.end(), numbers.begin(), numbers.end()); };
@@ -85,13 +85,8 @@ std::vector<int> shapeOf(const View& view) {
         add({static_cast<int>(modifier.index())});
         if (const auto* stretch = std::get_if<Stretch>(&modifier)) add({static_cast<int>(stretch->alignment)});
         if (const auto* frame = std::get_if<Frame>(&modifier)) add({frame->width, static_cast<int>(frame->alignment)});
-        if (const auto* spoken = std::get_if<Spoken>(&modifier)) add({static_cast<int>(spoken->announced)});
     }
     return shape;
-}
-
-QBoxLayout::Direction directionOf(const Stack& stack) {
-    return stack.axis == Axis::vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
 }
 
 // For widgets of accessible_elements.cpp. Newer versions of the toolkit make the element when the widget gets its
@@ -125,7 +120,8 @@ void RenderedView::make(const View& view, QWidget* parent, Color foreground) {
     } else if (const auto* stack = std::get_if<Stack>(&element)) {
         const auto* spoken = modifierOf<Spoken>(view);
         own_ = spoken != nullptr ? placed(new SpokenGroup(spoken->announced), parent) : new QWidget(parent);
-        auto* layout = new QBoxLayout(directionOf(*stack), own_);
+        const bool isVertical = stack->axis == Axis::vertical;
+        auto* layout = new QBoxLayout(isVertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, own_);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->setSpacing(stack->spacing);
         // Empty slots, which the first update fills.
@@ -140,17 +136,14 @@ void RenderedView::make(const View& view, QWidget* parent, Color foreground) {
         own_ = made;
         children_.emplace_back(area->content.front(), made->viewport(), foreground);
         made->setWidget(children_.front().widget());
-        made->widget()->installEventFilter(made);
         made->widget()->setAutoFillBackground(false);
     }
     if (own_ == nullptr) return;
 
-    bool fills = fillsWidth(View(element));
+    const bool fills = fillsWidth(View(element));
     for (const Modifier& modifier : view.modifiers()) {
         if (!Box::shows(modifier)) continue;
         boxes_.push_back(new Box(widget(), fills, modifier, parent));
-        if (std::holds_alternative<Frame>(modifier)) fills = false;
-        if (std::holds_alternative<Stretch>(modifier)) fills = true;
     }
 }
 
@@ -209,7 +202,8 @@ void RenderedView::update(const View& view, Color surrounding) {
         made->setDisabledInPlace(disabled != nullptr && disabled->disabled);
     } else if (const auto* area = std::get_if<ScrollArea>(&element)) {
         own_->setMaximumHeight(area->maximumHeight);
-        own_->setAccessibleName(QString::fromStdString(area->accessibleName));
+        const QString name = QString::fromStdString(area->accessibleName);
+        if (name != own_->accessibleName()) own_->setAccessibleName(name);  // Each call is announced.
         children_.front().update(area->content.front(), foreground);
     }
 

@@ -24,7 +24,7 @@ class RenderedView {
     // The outermost one; null for an empty slot or a spacer.
     [[nodiscard]] QWidget* widget() const { return boxes_.empty() ? own_ : boxes_.back(); }
 
-    void remove() const;  // Takes the widgets away for good.
+    void remove() const;  // Removes the widgets for good.
 
   private:
     void make(const View& view, QWidget* parent, Color foreground);

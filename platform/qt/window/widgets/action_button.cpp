@@ -1,6 +1,7 @@
 #include "platform/qt/window/widgets/action_button.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QVBoxLayout>
@@ -10,6 +11,8 @@ namespace platform {
 
 ActionButton::ActionButton() {
     setFocusPolicy(Qt::TabFocus);  // A press by mouse leaves the focus, and its ring, where it is.
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](const QWidget*, const QWidget* now) { waitsForFocus_ = waitsForFocus_ && now == nullptr; });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     connect(this, &QAbstractButton::clicked, this, [this] {
@@ -31,20 +34,17 @@ void ActionButton::setContent(std::function<void()> action, const QString& newTe
         QAccessibleStateChangeEvent busyChanged(this, changed);
         QAccessible::updateAccessibility(&busyChanged);
     }
-    if (newText == text()) return;
-    setText(newText);
-    QAccessibleEvent renamed(this, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&renamed);
+    if (newText != text()) setText(newText);
 }
 
 void ActionButton::setDisabledInPlace(bool isDisabled) {
     if (isDisabled == !isEnabled()) return;
     if (isDisabled && hasFocus()) {
-        waitsForFocus_ = true;
         clearFocus();
+        waitsForFocus_ = true;
     }
     setDisabled(isDisabled);
-    if (!isDisabled && std::exchange(waitsForFocus_, false) && window()->focusWidget() == nullptr) setFocus();
+    if (!isDisabled && std::exchange(waitsForFocus_, false)) setFocus();
 }
 
 bool ActionButton::event(QEvent* event) {

@@ -18,8 +18,8 @@ class ActionButton : public QAbstractButton {
 
     [[nodiscard]] bool isBusy() const { return isBusy_; }
 
-    // If the button had the focus, no other element gets it, and the button gets it back when enabled, unless the
-    // person has moved it meanwhile.
+    // If the button had the focus, it gives it to no other element, and gets it back when enabled, unless the focus has
+    // gone elsewhere meanwhile.
     void setDisabledInPlace(bool isDisabled);
 
   protected:

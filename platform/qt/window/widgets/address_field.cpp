@@ -38,7 +38,8 @@ void AddressField::setContent(const TextField& field) {
     setFixedHeight(qRound(fieldHeight * textScale()));
     if (const QFont newFont = toolkitFont(TextStyle::body, std::nullopt); newFont != font()) setFont(newFont);
     setPlaceholderText(QString::fromStdString(field.placeholder));
-    setAccessibleName(QString::fromStdString(field.accessibleName));
+    const QString name = QString::fromStdString(field.accessibleName);
+    if (name != accessibleName()) setAccessibleName(name);  // Each call is announced.
     // Compared as bytes: made of them, a text loses a leading byte order mark that the field still has.
     if (field.text == text().toStdString()) return;
     const QSignalBlocker noEcho(this);

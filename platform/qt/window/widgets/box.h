@@ -1,4 +1,4 @@
-// Widgets around others for the modifiers of views.
+// A widget around another, for one modifier of a view.
 #pragma once
 
 #include <QWidget>

@@ -52,16 +52,19 @@ FlexibleScrollArea::FlexibleScrollArea() : focusRing_(new FocusRing(this)) {
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // It would take space from the content.
         verticalScrollBar()->setParent(this);
         verticalScrollBar()->setStyleSheet(slimBarLook);
-        connect(verticalScrollBar(), &QScrollBar::rangeChanged, verticalScrollBar(),
-                [this](int minimum, int maximum) { verticalScrollBar()->setVisible(maximum > minimum); });
+        verticalScrollBar()->hide();
     }
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     viewport()->setAutoFillBackground(false);
     verticalScrollBar()->setSingleStep(lineHeight);
 
     setFocusPolicy(Qt::NoFocus);
-    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this,
-            [this](int minimum, int maximum) { setFocusPolicy(maximum > minimum ? Qt::TabFocus : Qt::NoFocus); });
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int minimum, int maximum) {
+        const bool scrolls = maximum > minimum;
+        if (!desktopConventions::usesThePlatformsScrollBars()) verticalScrollBar()->setVisible(scrolls);
+        setFocusPolicy(scrolls ? Qt::TabFocus : Qt::NoFocus);
+        if (!scrolls) clearFocus();
+    });
 }
 
 QSize FlexibleScrollArea::sizeHint() const {

@@ -1,4 +1,4 @@
-// Elements that a screen reader takes as one.
+// Elements that a screen reader reads as one.
 #pragma once
 
 #include <QAccessible>
@@ -8,7 +8,7 @@ namespace platform {
 
 class SpokenGroup : public QWidget {
   public:
-    // An announced one is said when it appears and when its words change.
+    // Screen readers announce an announced group when it appears and when its words change.
     explicit SpokenGroup(bool isAnnounced);
 
     void setWords(const QString& words);

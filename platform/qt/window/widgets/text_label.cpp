@@ -93,7 +93,7 @@ QSize TextLabel::sizeHint() const {
 
 QSize TextLabel::minimumSizeHint() const { return {fontMetrics().averageCharWidth(), fontMetrics().height()}; }
 
-// Shaping is slow, and layouts also ask for the height at the unbroken width.
+// Breaking again is slow, and layouts often ask about widths at which the text fits.
 int TextLabel::heightForWidth(int width) const {
     if (width >= sizeHint().width()) return sizeHint().height();
     breakAt(width);

@@ -9,7 +9,8 @@
 
 namespace platform {
 
-// A QLabel only for screen readers: the label's own wrapping would let a long word widen the window.
+// A QLabel, so that screen readers find a label. It breaks and draws its text itself, because a QLabel lets a long word
+// widen the window.
 class TextLabel : public QLabel {
   public:
     explicit TextLabel(QWidget* parent);
