@@ -1,9 +1,9 @@
 #include "platform/qt/window/widgets/action_button.h"
 
 #include <QAccessible>
-#include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -11,8 +11,6 @@ namespace platform {
 
 ActionButton::ActionButton() {
     setFocusPolicy(Qt::TabFocus);  // A press by mouse leaves the focus, and its ring, where it is.
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](const QWidget*, const QWidget* now) { waitsForFocus_ = waitsForFocus_ && now == nullptr; });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     connect(this, &QAbstractButton::clicked, this, [this] {
@@ -38,13 +36,16 @@ void ActionButton::setContent(std::function<void()> action, const QString& newTe
 }
 
 void ActionButton::setDisabledInPlace(bool isDisabled) {
+    static QPointer<ActionButton> waitsForFocus;  // The button that last had the focus when it was disabled.
     if (isDisabled == !isEnabled()) return;
     if (isDisabled && hasFocus()) {
+        waitsForFocus = this;
         clearFocus();
-        waitsForFocus_ = true;
     }
     setDisabled(isDisabled);
-    if (!isDisabled && std::exchange(waitsForFocus_, false)) setFocus();
+    if (isDisabled || waitsForFocus != this) return;
+    waitsForFocus = nullptr;
+    if (window()->focusWidget() == nullptr) setFocus();
 }
 
 bool ActionButton::event(QEvent* event) {

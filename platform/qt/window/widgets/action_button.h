@@ -29,7 +29,6 @@ class ActionButton : public QAbstractButton {
   private:
     std::function<void()> action_;
     bool isBusy_ = false;
-    bool waitsForFocus_ = false;
 };
 
 }  // namespace platform
