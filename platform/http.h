@@ -3,9 +3,12 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 
+#include "platform/json.h"
 #include "platform/url.h"
 
 namespace platform {
@@ -19,6 +22,15 @@ struct HttpRequest {
     // interval, so a slow but steady answer has no limit. Name lookup and connecting together must not take longer.
     std::chrono::seconds timeoutInterval;
 };
+
+// A request that sends `body` to `url`. Absent when the body cannot be written as JSON or `url` is no URL.
+[[nodiscard]] inline std::optional<HttpRequest> jsonRequest(const std::string& url, const JsonObject& body,
+                                                            std::chrono::seconds timeoutInterval) {
+    std::optional<std::string> data = jsonDataFrom(body);
+    std::optional<Url> address = Url::parse(url);
+    if (!data || !address) return std::nullopt;
+    return HttpRequest{.url = std::move(*address), .body = std::move(*data), .timeoutInterval = timeoutInterval};
+}
 
 // A whole answer. Any status code is an answer, and an empty body is a body.
 struct HttpAnswer {

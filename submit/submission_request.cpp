@@ -1,13 +1,13 @@
 // HardwareDetector::sendToWebsite: sends the request and waits until submission_response.cpp has handled the answer.
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "hardware/hardware_detector.h"
 #include "platform/http.h"
 #include "platform/json.h"
 #include "platform/log.h"
-#include "platform/url.h"
 #include "submit/submission_response.h"
 
 namespace {
@@ -37,18 +37,18 @@ std::string endpointOf(const std::string& url) { return url + "/save-detected-ha
 }  // namespace
 
 bool HardwareDetector::sendToWebsite(const std::string& url, const HardwareInfo& hardware) {
-    std::optional<std::string> data = platform::jsonDataFrom(bodyOf(hardware));
-    const std::optional<platform::Url> endpoint = data ? platform::Url::parse(endpointOf(url)) : std::nullopt;
-    if (!data || !endpoint) {
+    std::optional<platform::HttpRequest> request =
+        platform::jsonRequest(endpointOf(url), bodyOf(hardware), timeoutInterval);
+    if (!request) {
         platform::log("❌ Error: Could not create JSON data or URL");
         return false;
     }
 
     const auto submission = std::make_shared<Submission>(url);
-    platform::log("📤 Sending hardware data to: ", endpoint->absoluteString());
-    platform::httpSession::start(
-        {.url = *endpoint, .body = std::move(*data), .timeoutInterval = timeoutInterval},
-        [submission](platform::HttpResult result) { handleSubmissionResult(std::move(result), *submission); });
+    platform::log("📤 Sending hardware data to: ", request->url.absoluteString());
+    platform::httpSession::start(std::move(*request), [submission](platform::HttpResult result) {
+        handleSubmissionResult(std::move(result), *submission);
+    });
     submission->completion.acquire();
 
     // Also after a success: an answer that was accepted with another status than 200 left its message here.

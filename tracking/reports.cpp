@@ -13,7 +13,6 @@
 #include "platform/json.h"
 #include "platform/log.h"
 #include "platform/text.h"
-#include "platform/url.h"
 #include "platform/user_defaults.h"
 #include "tracking/app_tracker.h"
 
@@ -29,14 +28,6 @@ constexpr const char* datePattern = "yyyy-MM-dd";
 // `url` without the slashes at its ends, followed by `path`. Nothing else is changed.
 std::string endpointOf(const std::string& url, std::string_view path) {
     return std::string(platform::trimmedOfSlashes(url)).append(path);
-}
-
-// Absent when the body cannot be written as JSON or the endpoint is no URL.
-std::optional<platform::HttpRequest> requestTo(const std::string& endpoint, const platform::JsonObject& body) {
-    std::optional<std::string> data = platform::jsonDataFrom(body);
-    std::optional<platform::Url> url = platform::Url::parse(endpoint);
-    if (!data || !url) return std::nullopt;
-    return platform::HttpRequest{.url = std::move(*url), .body = std::move(*data), .timeoutInterval = timeoutInterval};
 }
 
 // Null when the body is not UTF-8.
@@ -141,7 +132,7 @@ void AppTracker::trackInstall(const std::string& url) {
     log("📤 Attempting to track install to: ", endpoint);
     log("📤 Device ID: ", deviceId);
 
-    std::optional<platform::HttpRequest> request = requestTo(endpoint, body);
+    std::optional<platform::HttpRequest> request = platform::jsonRequest(endpoint, body, timeoutInterval);
     if (!request) {
         log("❌ Error: Could not create tracking JSON data or URL");
         log("   - JSON data: ", textOf(body));
@@ -162,7 +153,7 @@ void AppTracker::trackUsageOnly(const std::string& url, const std::string& devic
     const std::string endpoint = endpointOf(url, "/api/track-usage/");
     log("📤 Attempting to track usage to: ", endpoint);
 
-    std::optional<platform::HttpRequest> request = requestTo(endpoint, body);
+    std::optional<platform::HttpRequest> request = platform::jsonRequest(endpoint, body, timeoutInterval);
     if (!request) {
         log("❌ Error: Could not create usage tracking JSON data or URL");
         return;
